@@ -1,0 +1,173 @@
+// The pass looks at each stored line by itself, with strings and comments
+// blanked: a unit is opened by a keyword that is the first word of its line,
+// and bears the first word after that keyword.
+
+#include "analysis/declarations.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "analysis/keywords.h"
+#include "analysis/normalise.h"
+#include "analysis/ram_file.h"
+#include "analysis/source_lines.h"
+#include "analysis/words.h"
+#include "driver/settings.h"
+
+Declaration::Registry Declaration::decs;
+
+namespace {
+
+// Destroys the last run's units when the program ends, before the registry.
+struct RegistryEnd {
+  ~RegistryEnd() { Declaration::forget_all(); }
+} registry_end;
+
+std::string upper_case(const char* word) {
+  std::string key = word;
+  for (char& c : key) c = to_upper(c);
+  return key;
+}
+
+char* copy_of(const char* text) {
+  char* copy = new char[std::strlen(text) + 1];
+  return std::strcpy(copy, text);
+}
+
+}  // namespace
+
+void Declaration::forget_all() {
+  for (const auto& entry : decs) delete entry.second;
+  decs.clear();
+}
+
+Declaration::Declaration(DecType unit_type, const char* unit_name,
+                         char** source, int source_line)
+    : type(unit_type),
+      file(source),
+      name(copy_of(unit_name)),
+      line(source_line) {
+  decs.emplace(upper_case(name), this);
+}
+
+Declaration::~Declaration() { delete[] name; }
+
+bool Declaration::Is(const char* text) const {
+  return starts_with_word(text, name);
+}
+
+void Declaration::add_calling(char** source, int source_line) {
+  callers.insert({source, source_line});
+}
+
+Declaration::Registry::iterator isDeclaration(const char* word, char** file,
+                                              int line, int& self, int& count) {
+  self = 0;
+  count = 0;
+  const std::string key = upper_case(word);
+  const auto first = Declaration::decs.lower_bound(key);
+  for (auto entry = first;
+       entry != Declaration::decs.end() && entry->first == key; ++entry) {
+    ++count;
+    if (entry->second->file == file && entry->second->line == line)
+      self = count;
+  }
+  return count > 0 ? first : Declaration::decs.end();
+}
+
+static int skip_white_space(const char* line, int position) {
+  while (is_white_space(line[position])) ++position;
+  return position;
+}
+
+// Reads the operator of an interface statement; `position` is where the word
+// "operator" was sought from.
+//
+// Deliberate: a fixed step takes the reader past "operator" and one character
+// more, so that only "operator (" with its blank is understood. Intrinsic
+// operators such as (+) are none of the user's.
+static bool read_operator(const char* line, int position, char* name) {
+  const int step = sizeof("operator");  // its length and one more
+  for (int i = 0; i < step && line[position] != '\0'; ++i) ++position;
+  position = skip_white_space(line, position);
+  if (line[position] != '(') return false;
+  position = skip_white_space(line, position + 1);
+  if (line[position] != '.') return false;
+
+  // From dot to dot; without a closing dot, all that is left of the line.
+  const char* opening = line + position;
+  const char* closing = std::strchr(opening + 1, '.');
+  const std::size_t length =
+      closing == nullptr ? std::strlen(opening)
+                         : static_cast<std::size_t>(closing + 1 - opening);
+  const std::size_t kept = std::min<std::size_t>(length, word_size - 1);
+  std::memcpy(name, opening, kept);
+  name[kept] = '\0';
+  return true;
+}
+
+// Reads the name of the unit that a line opens with a keyword.
+//
+//   position  just past the keyword
+//   name      receives the name, which may be empty; word_size bytes
+//
+// Returns false when the line opens nothing after all.
+static bool read_unit_name(const Marker& keyword, const char* line,
+                           int position, char* name) {
+  position = skip_white_space(line, position);
+  // type(state) :: s declares variables.
+  if (keyword.type == DT_TYPE && line[position] == '(') return false;
+
+  // Deliberate: separators are skipped unseen, so that the name of
+  // "type, public :: point" is "public".
+  CopyWord(line + position, name);
+  if (keyword.type == DT_MODULE) return STRCMP(name, "procedure") != 0;
+  if (keyword.type == DT_INTERFACE) {
+    if (STRCMP(name, "assignment") == 0) return false;
+    if (STRCMP(name, "operator") == 0)
+      return read_operator(line, position, name);
+  }
+  return true;
+}
+
+// The unit keyword that begins a line, or null; `consumed` receives the
+// position just past it.
+static const Marker* find_keyword(const char* line, int* consumed) {
+  for (const Marker* keyword = Marker::first; keyword != nullptr;
+       keyword = keyword->next)
+    if (keyword->In(line, consumed)) return keyword;
+  return nullptr;
+}
+
+static void register_unit(const char* line, char** file, int line_number) {
+  int position = 0;
+  const Marker* keyword = find_keyword(line, &position);
+  if (keyword == nullptr) return;
+  char name[word_size];
+  if (!read_unit_name(*keyword, line, position, name)) return;
+
+  if (verbose > 0) {
+    std::printf("%-20s", keyword->name);
+    std::printf("***\t%s\tin %s\n", name, *file);
+  }
+  new Declaration(keyword->type, name, file, line_number);
+}
+
+void gather_declarations(char** file, bool fixed_form) {
+  const std::unique_ptr<ramFILE> source(ramFILE::New(*file));
+  if (source == nullptr) return;
+  hide_F90_strings_comments(source.get(), fixed_form);
+
+  // Deliberate: a file is at its end as soon as its last line is handed out, so
+  // that line is never examined.
+  char line[line_size];
+  for (int line_number = 1; fgets(line, line_size, source.get()) != 0 &&
+                            !at_eof(source.get(), verbose > 0);
+       ++line_number) {
+    if (verbose > 4) std::printf("---%s", line);
+    register_unit(line, file, line_number);
+  }
+  fclose(source.get());
+}

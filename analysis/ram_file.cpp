@@ -1,0 +1,59 @@
+// Physical lines are read in pieces of a fixed size, and each piece is stored
+// as a line of its own. Deliberate: all line numbers of the declaration pass
+// count these pieces.
+
+#include "analysis/ram_file.h"
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+ramFILE* ramFILE::New(const char* path) {
+  auto file = std::make_unique<ramFILE_imp>(path);
+  return file->ok() ? file.release() : nullptr;
+}
+
+ramFILE_imp::ramFILE_imp(const char* source_path) : path(source_path) {
+  ramFILE_imp::reload();
+}
+
+void ramFILE_imp::reload() {
+  release();
+  if (std::FILE* source = std::fopen(path.c_str(), "r")) {
+    char piece[stored_line_size];
+    while (std::fgets(piece, stored_line_size, source) != nullptr)
+      lines.emplace_back(piece);
+    std::fclose(source);
+  }
+  rewind();
+}
+
+bool ramFILE_imp::ok() const { return !path.empty() && !lines.empty(); }
+
+void ramFILE_imp::rewind() { cursor = lines.begin(); }
+
+int ramFILE_imp::fgets(char* buffer, int size) {
+  if (size < 1) return 0;
+  buffer[0] = '\0';
+  if (at_eof()) return 0;
+  const auto limit = static_cast<std::size_t>(size);
+  std::strncpy(buffer, cursor->c_str(), limit);
+  ++cursor;
+  return static_cast<int>(strnlen(buffer, limit));
+}
+
+bool ramFILE_imp::at_eof() { return !ok() || cursor == lines.end(); }
+
+void ramFILE_imp::release() { lines.clear(); }
+
+int fgets(char* buffer, int size, ramFILE* file) {
+  return file->fgets(buffer, size);
+}
+
+void fclose(ramFILE* /*file*/) {}
+
+bool at_eof(ramFILE* file, bool report) {
+  const bool ended = file->at_eof();
+  if (report && ended) std::fputs("END OF FILE\n", stdout);
+  return ended;
+}

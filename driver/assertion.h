@@ -1,0 +1,16 @@
+// Broken invariants stop the program, in release builds too.
+
+#ifndef ZELKOR_DRIVER_ASSERTION_H
+#define ZELKOR_DRIVER_ASSERTION_H
+
+/// Reports a failed assertion on standard error in the C library's manner and
+/// aborts the process. Unlike assert() it does not depend on NDEBUG. Reports
+/// that still wait in standard output's buffer are written first.
+///
+///   condition  the text of the condition that does not hold
+///   source     the name of the source file to report
+///   function   the signature of the function to report
+[[noreturn]] void assertion_failed(const char* condition, const char* source,
+                                   const char* function);
+
+#endif

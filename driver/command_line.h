@@ -1,0 +1,31 @@
+// The program's own options, read from the end of the argument list.
+//
+// The full form is: toolkit switches, then -r, then any number of -e with an
+// extension, then -v with a level, then -h. Reading backwards leaves whatever
+// stands before the recognised options to the toolkit's parser.
+
+#ifndef ZELKOR_DRIVER_COMMAND_LINE_H
+#define ZELKOR_DRIVER_COMMAND_LINE_H
+
+#include <optional>
+#include <set>
+#include <string>
+
+/// What the arguments ask for.
+struct CommandLine {
+  bool help = false;                 ///< print the usage and do nothing else
+  std::optional<int> verbosity;      ///< level given with -v
+  std::set<std::string> extensions;  ///< given with -e, without the point
+  bool recursive = false;            ///< -r
+  int remaining = 0;  ///< leading arguments, program name included, that are
+                      ///< left for the toolkit's parser
+};
+
+/// Reads the options of main()'s arguments; argv is not changed and nothing
+/// is reported. Words that are no option in their place stay in `remaining`.
+CommandLine read_command_line(int argc, const char* const* argv);
+
+/// Prints the usage text on standard output; `program` is argv[0] as given.
+void print_usage(const char* program);
+
+#endif

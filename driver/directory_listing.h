@@ -1,0 +1,14 @@
+// The entries of one directory.
+
+#ifndef ZELKOR_DRIVER_DIRECTORY_LISTING_H
+#define ZELKOR_DRIVER_DIRECTORY_LISTING_H
+
+#include <string>
+#include <vector>
+
+/// Lists a directory: the bare names of its entries, "." and ".." and hidden
+/// ones included, in the order of the toolkit's fl_numericsort (by byte, digit
+/// runs by value). Empty when the directory cannot be listed.
+std::vector<std::string> list_directory(const char* dir);
+
+#endif

@@ -1,0 +1,61 @@
+// The scheme: the first number counts years from 2007, the second the thirds of
+// the year (four months each, from 0), the third the days within the third, 32
+// to a month. With one more day or month the version never gets smaller.
+
+#include "driver/version.h"
+
+#include <sstream>
+
+// This file alone reads the date macro: a definition from outside replaces it
+// in tests and in reproducible builds.
+#ifndef ZELKOR_BUILD_DATE
+#define ZELKOR_BUILD_DATE __DATE__
+#endif
+
+const char* build_date() { return ZELKOR_BUILD_DATE; }
+
+std::string build_year() {
+  const std::string date = build_date();
+  return date.size() < 4 ? date : date.substr(date.size() - 4);
+}
+
+// The month, 1 to 12, told from the letters of its English abbreviation.
+static int month_number(const std::string& word) {
+  const auto letter = [&word](std::size_t i) {
+    return i < word.size() ? word[i] : '\0';
+  };
+  switch (letter(0)) {
+    case 'A':
+      return letter(1) == 'p' ? 4 : 8;
+    case 'D':
+      return 12;
+    case 'F':
+      return 2;
+    case 'J':
+      if (letter(1) == 'a') return 1;
+      return letter(2) == 'n' ? 6 : 7;
+    case 'M':
+      return letter(2) == 'r' ? 3 : 5;
+    case 'N':
+      return 11;
+    case 'O':
+      return 10;
+    case 'S':
+      return 9;
+    default:
+      return 1;
+  }
+}
+
+std::string version_text(const char* date) {
+  std::istringstream words(date);
+  std::string month_word;
+  int day = 0;
+  int year = 0;
+  words >> month_word >> day >> year;
+
+  const int month = month_number(month_word) - 1;
+  std::ostringstream version;
+  version << year - 2007 << '.' << month / 4 << '.' << month % 4 * 32 + day;
+  return version.str();
+}

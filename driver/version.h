@@ -1,0 +1,23 @@
+// The program's version, derived from the date on which it was built.
+
+#ifndef ZELKOR_DRIVER_VERSION_H
+#define ZELKOR_DRIVER_VERSION_H
+
+#include <string>
+
+/// The build date as the compiler's date macro writes it, such as
+/// "Mar  1 2009". Static text.
+const char* build_date();
+
+/// The four-digit year of the build date.
+std::string build_year();
+
+/// The version of a build made on a date: three decimal numbers joined by
+/// ".", so that a later build never has a smaller version. 1 March 2009 gives
+/// "2.0.65".
+///
+///   date  month abbreviation, day and year, separated by blanks; a month word
+///         that cannot be told counts as January, a missing number as 0
+std::string version_text(const char* date);
+
+#endif

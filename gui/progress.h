@@ -1,0 +1,24 @@
+// How a run reports its progress: on the main window's bar and status line.
+
+#ifndef ZELKOR_GUI_PROGRESS_H
+#define ZELKOR_GUI_PROGRESS_H
+
+class ZelkorUserInterface;
+
+/// The window object that shows the reports; null until the first run. Not
+/// owned.
+extern ZelkorUserInterface* progress_target;
+
+/// Shows a report and lets the toolkit redraw and handle pending events once,
+/// so that any callback of the window may run before it returns.
+///
+///   fraction  from 0.0 to 1.0
+///   message   one line. The text is not copied: it must stay valid until the
+///             status line gets another one.
+///   ui        the window object to show this and later reports on, or null
+///             for the one set before, which must not be null then
+///
+/// Returns the result of Fl::check(): whether a window is still shown.
+int progress(double fraction, const char* message, void* ui);
+
+#endif

@@ -1,0 +1,87 @@
+#include "html/index_page.h"
+
+#include <cstdio>
+
+#include "analysis/declarations.h"
+#include "analysis/keywords.h"
+#include "driver/settings.h"
+#include "html/page_frame.h"
+#include "html/page_names.h"
+
+// Calls visit(declaration, index) for every unit of one kind, in the order of
+// the registry. The definition index counts all units of one name, whatever
+// their kind, so that it agrees with the anchors on the source pages.
+template <typename Visitor>
+static void visit_units(DecType kind, Visitor visit) {
+  std::string previous;
+  int index = 0;
+  for (const auto& [key, declaration] : Declaration::decs) {
+    index = key == previous ? index + 1 : 1;
+    previous = key;
+    if (declaration->type == kind) visit(*declaration, index);
+  }
+}
+
+static void write_navigation(const Marker& kind, std::FILE* html) {
+  const int entries_per_column = 25;
+  std::fprintf(html, "&nbsp;&nbsp;&nbsp; <a HREF=\"#%s\">%sS</a>", kind.name,
+               kind.name);
+  begin_menu(html, nullptr);
+  int written = 0;
+  visit_units(kind.type, [&](const Declaration& declaration, int index) {
+    menu_item(html, declaration, index,
+              written != 0 && written % entries_per_column == 0);
+    ++written;
+  });
+  end_menu(html);
+}
+
+// Deliberate: only the first definition of a name opens a bullet. A further one
+// adds its number to the bullet before it, even where that belongs to another
+// name, because the first definition is of another kind.
+static void write_list_entry(const Declaration& declaration, int index,
+                             std::FILE* html) {
+  const char* page = HTML_REF(declaration.file);
+  if (index == 1)
+    std::fprintf(html, "\n<LI> <a HREF=\"%s#%s-%d\"><b>%s</b></a>", page,
+                 declaration.name, index, declaration.name);
+  else
+    std::fprintf(html, "%s <a HREF=\"%s#%s-%d\"><b>[%d]</b></a>",
+                 index == 2 ? " [1]" : "", page, declaration.name, index,
+                 index);
+}
+
+static void write_list(const Marker& kind, std::FILE* html) {
+  std::fprintf(html, "<H2><a NAME=\"%s\">%s Declarations</a></H2><UL>\n",
+               kind.name, kind.name);
+  visit_units(kind.type, [&](const Declaration& declaration, int index) {
+    write_list_entry(declaration, index, html);
+  });
+  std::fputs("\n</UL>\n\n", html);
+}
+
+void print_tree(const char* name) {
+  // Deliberate: always "/" here, whatever `slash` holds.
+  const std::string path = html_dir + "/" + name + ".html";
+  std::FILE* html = std::fopen(path.c_str(), "w");
+  if (html == nullptr) return;
+
+  html_header(html);
+  if (verbose > 0) {
+    std::printf("Generating HTML index..");
+    std::fflush(stdout);
+  }
+  std::fprintf(html, "<TITLE>%s</TITLE>\n\n", index_title.c_str());
+  for (const Marker* kind = Marker::first; kind != nullptr; kind = kind->next)
+    write_navigation(*kind, html);
+  std::fputs("<hr>\n", html);
+  for (const Marker* kind = Marker::first; kind != nullptr; kind = kind->next)
+    write_list(*kind, html);
+  html_footer(html);
+  std::fclose(html);
+
+  if (verbose > 0) {
+    std::puts("\nDone!");
+    std::fflush(stdout);
+  }
+}

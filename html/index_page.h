@@ -1,0 +1,15 @@
+// The index of all declarations.
+
+#ifndef ZELKOR_HTML_INDEX_PAGE_H
+#define ZELKOR_HTML_INDEX_PAGE_H
+
+/// Writes the index page: all registered units by kind, first as pop-up menus
+/// in a navigation bar, then as lists. Reports on standard output when
+/// `verbose` is above 0.
+///
+///   name  the page's base name: the page is "<name>.html" in html_dir
+///
+/// A page that cannot be opened is skipped without a word.
+void print_tree(const char* name);
+
+#endif

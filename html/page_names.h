@@ -1,0 +1,28 @@
+// The names of pages, and the addresses of places in them.
+//
+// A page is named after its source file: the last component of the path with
+// the extension replaced by a number, which the whole path determines, and
+// ".html". A source file is known by its slot in the run's list.
+
+#ifndef ZELKOR_HTML_PAGE_NAMES_H
+#define ZELKOR_HTML_PAGE_NAMES_H
+
+struct Calling;
+
+/// The page number of a source path, 0 or more. The first path that asks for a
+/// number keeps it until the program ends, in later runs too.
+int unique_id(const char* path);
+
+/// The page name of a source file: "solver.f90" of number 123 gives
+/// "solver0123.html". Static text, valid until the next call.
+const char* HTML_REF(char** file);
+
+/// The output path of a source file's page: html_dir, `slash` and the page
+/// name. Static text, valid until the next call.
+const char* HTML_NAME(char** file);
+
+/// The address of a reference's line: page name, "#line" and line number.
+/// Static text, valid until the next call.
+const char* HTML_XREF(const Calling& calling);
+
+#endif

@@ -1,0 +1,20 @@
+// What code under test writes, as text.
+
+#ifndef ZELKOR_TESTS_SUPPORT_CAPTURE_H
+#define ZELKOR_TESTS_SUPPORT_CAPTURE_H
+
+#include <cstdio>
+#include <functional>
+#include <string>
+
+/// The bytes that a writer puts on the stream it is given.
+std::string written(const std::function<void(std::FILE*)>& writer);
+
+/// The bytes that an action writes to standard output.
+std::string printed(const std::function<void()>& action);
+
+/// The whole content of a file; a file that cannot be read fails the test and
+/// gives the empty text.
+std::string content_of(const std::string& path);
+
+#endif

@@ -1,0 +1,47 @@
+#include "tests/support/virtual_display.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <stdexcept>
+#include <string>
+
+// Becomes the server; it writes its display's number to a descriptor.
+[[noreturn]] static void run_server(int number_pipe) {
+  prctl(PR_SET_PDEATHSIG, SIGTERM);
+  const int nowhere = open("/dev/null", O_RDWR);
+  dup2(nowhere, STDOUT_FILENO);
+  dup2(nowhere, STDERR_FILENO);
+  const std::string number = std::to_string(number_pipe);
+  execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-screen", "0",
+         "1280x1024x24", "-nolisten", "tcp", static_cast<char*>(nullptr));
+  _exit(127);
+}
+
+VirtualDisplay::VirtualDisplay() {
+  int number_pipe[2];
+  if (pipe(number_pipe) != 0) throw std::runtime_error("no pipe");
+  server = fork();
+  if (server == 0) {
+    close(number_pipe[0]);
+    run_server(number_pipe[1]);
+  }
+  close(number_pipe[1]);
+
+  // The number and a line end come when the server is ready, or nothing does.
+  std::string number;
+  char c = '\0';
+  while (read(number_pipe[0], &c, 1) == 1 && c != '\n') number += c;
+  close(number_pipe[0]);
+  if (number.empty()) throw std::runtime_error("Xvfb does not start");
+  setenv("DISPLAY", (":" + number).c_str(), 1);
+}
+
+VirtualDisplay::~VirtualDisplay() {
+  kill(server, SIGTERM);
+  waitpid(server, nullptr, 0);
+}

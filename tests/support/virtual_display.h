@@ -1,0 +1,22 @@
+// An X server of the tests' own.
+
+#ifndef ZELKOR_TESTS_SUPPORT_VIRTUAL_DISPLAY_H
+#define ZELKOR_TESTS_SUPPORT_VIRTUAL_DISPLAY_H
+
+#include <sys/types.h>
+
+/// Starts an Xvfb on a free display, 1280 x 1024 pixels in true colour, and
+/// names it in DISPLAY; ends it when destroyed, or when this process ends.
+/// Throws std::runtime_error when it does not start.
+class VirtualDisplay {
+ public:
+  VirtualDisplay();
+  ~VirtualDisplay();
+  VirtualDisplay(const VirtualDisplay&) = delete;
+  VirtualDisplay& operator=(const VirtualDisplay&) = delete;
+
+ private:
+  pid_t server;
+};
+
+#endif
