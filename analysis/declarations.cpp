@@ -32,8 +32,10 @@ std::string upper_case(const char* word) {
 }
 
 char* copy_of(const char* text) {
-  char* copy = new char[std::strlen(text) + 1];
-  return std::strcpy(copy, text);
+  const std::size_t size = std::strlen(text) + 1;
+  char* copy = new char[size];
+  std::memcpy(copy, text, size);
+  return copy;
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ ramFILE* ramFILE::New(const char* path) {
 }
 
 ramFILE_imp::ramFILE_imp(const char* source_path) : path(source_path) {
-  ramFILE_imp::reload();
+  reload();
 }
 
 void ramFILE_imp::reload() {

@@ -47,7 +47,7 @@ class ramFILE {
 };
 
 /// The implementation of ramFILE, for those who edit the lines in place.
-class ramFILE_imp : public ramFILE {
+class ramFILE_imp final : public ramFILE {
  public:
   using Lines = std::vector<std::string>;
 

@@ -18,7 +18,7 @@
 #include "gui/user_interface.h"
 
 static void print_and_exit(const char* format, ...) {
-  std::va_list arguments;
+  va_list arguments;
   va_start(arguments, format);
   std::vfprintf(stderr, format, arguments);
   va_end(arguments);

@@ -10,9 +10,10 @@ static std::string extension(const std::string& path) {
   return *text == '.' ? text + 1 : text;
 }
 
-std::vector<std::string> collect_files(const char* dir,
-                                       std::set<std::string> extensions,
-                                       bool recursive) {
+std::vector<std::string> collect_files(
+    const char* dir,
+    std::set<std::string> extensions,  // NOLINT(performance-*): interface
+    bool recursive) {
   std::vector<std::string> files;
   std::vector<std::string> directories;
   for (const std::string& name : list_directory(dir)) {

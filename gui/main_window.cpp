@@ -103,6 +103,7 @@ static void generate(ZelkorUserInterface* ui) {
   std::vector<std::string> paths = selected_paths(ui->selected_files);
   if (paths.empty()) return;
   std::vector<char*> files;
+  files.reserve(paths.size());
   for (std::string& path : paths) files.push_back(path.data());
 
   show_progress(ui, 0.0, "generating HTML...");

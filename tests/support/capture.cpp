@@ -1,6 +1,7 @@
 #include "tests/support/capture.h"
 
 #include <gtest/gtest.h>
+
 #include <unistd.h>
 
 #include <cstdlib>

@@ -1,6 +1,7 @@
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
+
 #include <stdlib.h>
 
 #include <fstream>

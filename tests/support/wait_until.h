@@ -1,0 +1,22 @@
+// Waiting for what other processes do.
+
+#ifndef ZELKOR_TESTS_SUPPORT_WAIT_UNTIL_H
+#define ZELKOR_TESTS_SUPPORT_WAIT_UNTIL_H
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+/// Asks again and again until a condition holds. Returns whether it did within
+/// half a minute.
+inline bool wait_until(const std::function<bool()>& condition) {
+  using namespace std::chrono_literals;
+  const auto deadline = std::chrono::steady_clock::now() + 30s;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > deadline) return false;
+    std::this_thread::sleep_for(10ms);
+  }
+  return true;
+}
+
+#endif
