@@ -19,4 +19,4 @@ need_packages() {
 }
 
 build_packages=(cmake make g++ libfltk1.1-dev)
-window_packages=(xvfb xdotool fonts-dejavu-core)
+window_packages=(xvfb xdotool imagemagick fonts-dejavu-core)
