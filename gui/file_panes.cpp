@@ -31,19 +31,21 @@ static std::string with_trailing_slash(const char* path) {
   return text;
 }
 
-static std::set<std::string> selected_paths() {
-  const SpecialBrowser* list = gui_instance->selected_files;
-  std::set<std::string> paths;
+std::vector<std::string> texts_of(const Fl_Browser* list) {
+  std::vector<std::string> texts;
   for (int line = 1; list->text(line) != nullptr; ++line)
-    paths.insert(list->text(line));
-  return paths;
+    texts.emplace_back(list->text(line));
+  return texts;
+}
+
+// As already_included() tells, for many paths.
+static std::set<std::string> included_paths() {
+  const auto paths = texts_of(gui_instance->selected_files);
+  return {paths.begin(), paths.end()};
 }
 
 bool already_included(const std::string& path) {
-  const SpecialBrowser* list = gui_instance->selected_files;
-  for (int line = 1; list->text(line) != nullptr; ++line)
-    if (list->text(line) == path) return true;
-  return false;
+  return included_paths().count(path) != 0;
 }
 
 int select_count(Fl_Browser* list) {
@@ -58,14 +60,14 @@ bool fill_files(Fl_Multi_Browser* list, const char* dir) {
   if (names.empty()) return false;
 
   const std::string prefix = with_trailing_slash(dir);
-  const std::set<std::string> selected = selected_paths();
+  const std::set<std::string> included = included_paths();
   std::vector<std::string> files;
   list->clear();
   for (const std::string& name : names) {
     const std::string path = prefix + name;
     if (fl_filename_isdir(path.c_str()))
       list->add(("@b" + name).c_str());
-    else if (selected.count(path) == 0)
+    else if (included.count(path) == 0)
       files.push_back(name);
   }
   for (const std::string& name : files) list->add(name.c_str());
@@ -232,18 +234,25 @@ void change_dir_click_cb(Fl_Multi_Browser* list, void* ui) {
   if (Fl::event() == FL_PUSH) Fl::pushed(nullptr);
 }
 
+// Lists the current directory anew, at the place where it was scrolled to.
+static void refill_potential_files(ZelkorUserInterface* ui) {
+  const int top = ui->potential_files->topline();
+  fill_files(ui->potential_files, ui->current_directory);
+  ui->potential_files->topline(top);
+}
+
 void add_files_cb(Fl_Button* /*button*/, ZelkorUserInterface* ui) {
   const std::string directory = without_trailing_slash(ui->current_directory);
-  std::set<std::string> selected = selected_paths();
+  std::set<std::string> included = included_paths();
   int count = 0;
   for (int line = 1; line <= ui->potential_files->size(); ++line) {
     if (!ui->potential_files->selected(line)) continue;
     ++count;
     const std::string path = directory + "/" + ui->potential_files->text(line);
-    if (selected.insert(path).second) ui->selected_files->add(path.c_str());
+    if (included.insert(path).second) ui->selected_files->add(path.c_str());
   }
   if (count > 0) ui->generate_button->activate();
-  fill_files(ui->potential_files, ui->current_directory);
+  refill_potential_files(ui);
 }
 
 void remove_files_cb(Fl_Button* /*button*/, ZelkorUserInterface* ui) {
@@ -253,8 +262,10 @@ void remove_files_cb(Fl_Button* /*button*/, ZelkorUserInterface* ui) {
     if (!list->selected(line)) kept.emplace_back(list->text(line));
 
   // See SpecialBrowser: lines are taken out by adding the others anew.
+  const int top = list->topline();
   list->clear();
   for (const std::string& path : kept) list->add(path.c_str());
+  list->topline(top);
   if (kept.empty()) ui->generate_button->deactivate();
-  fill_files(ui->potential_files, ui->current_directory);
+  refill_potential_files(ui);
 }

@@ -10,12 +10,16 @@
 #define ZELKOR_GUI_FILE_PANES_H
 
 #include <string>
+#include <vector>
 
 class Fl_Browser;
 class Fl_Button;
 class Fl_Menu_;
 class Fl_Multi_Browser;
 class ZelkorUserInterface;
+
+/// Copies of the texts of a list, from its first line to its last.
+std::vector<std::string> texts_of(const Fl_Browser* list);
 
 /// Refills a list with the entries of a directory, without the files that stand
 /// in the Selected Files of gui_instance. Returns false, and leaves the list as

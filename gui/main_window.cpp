@@ -84,31 +84,18 @@ void SelectOutput_cb(Fl_Button* /*button*/, void* input) {
   static_cast<Fl_Input*>(input)->value(html_dir.c_str());
 }
 
-// Owned copies of the paths in Selected Files, in list order.
-static std::vector<std::string> selected_paths(const SpecialBrowser* list) {
-  std::vector<std::string> paths;
-  for (int line = 1; list->text(line) != nullptr; ++line)
-    paths.emplace_back(list->text(line));
-  return paths;
-}
-
-static void show_progress(ZelkorUserInterface* ui, double fraction,
-                          const char* message) {
-  progress(fraction, message, ui);
-}
-
 // Runs the engine over copies of the paths, because the lists may be edited
 // while the run lets the toolkit handle events.
 static void generate(ZelkorUserInterface* ui) {
-  std::vector<std::string> paths = selected_paths(ui->selected_files);
+  std::vector<std::string> paths = texts_of(ui->selected_files);
   if (paths.empty()) return;
   std::vector<char*> files;
   files.reserve(paths.size());
   for (std::string& path : paths) files.push_back(path.data());
 
-  show_progress(ui, 0.0, "generating HTML...");
+  progress(0.0, "generating HTML...", ui);
   gen_html(static_cast<int>(files.size()), files.data());
-  show_progress(ui, 1.0, "HTML complete!");
+  progress(1.0, "HTML complete!", ui);
 }
 
 void GenerateHTML_cb(Fl_Button* /*button*/, ZelkorUserInterface* ui) {
