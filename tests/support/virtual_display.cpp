@@ -10,7 +10,9 @@
 #include <stdexcept>
 #include <string>
 
-// Becomes the server; it writes its display's number to a descriptor.
+// Becomes the server; it writes its display's number to a descriptor. It does
+// not reset itself when its last client leaves: a client that comes at that
+// moment would be turned away.
 [[noreturn]] static void run_server(int number_pipe) {
   prctl(PR_SET_PDEATHSIG, SIGTERM);
   const int nowhere = open("/dev/null", O_RDWR);
@@ -18,7 +20,8 @@
   dup2(nowhere, STDERR_FILENO);
   const std::string number = std::to_string(number_pipe);
   execlp("Xvfb", "Xvfb", "-displayfd", number.c_str(), "-screen", "0",
-         "1280x1024x24", "-nolisten", "tcp", static_cast<char*>(nullptr));
+         "1280x1024x24", "-nolisten", "tcp", "-noreset",
+         static_cast<char*>(nullptr));
   _exit(127);
 }
 

@@ -1,0 +1,27 @@
+subroutine s01
+subroutine s02
+subroutine s03
+subroutine s04
+subroutine s05
+subroutine s06
+subroutine s07
+subroutine s08
+subroutine s09
+subroutine s10
+subroutine s11
+subroutine s12
+subroutine s13
+subroutine s14
+subroutine s15
+subroutine s16
+subroutine s17
+subroutine s18
+subroutine s19
+subroutine s20
+subroutine s21
+subroutine s22
+subroutine s23
+subroutine s24
+subroutine s25
+subroutine s26
+end

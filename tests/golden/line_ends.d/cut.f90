@@ -1,0 +1,3 @@
+subroutine cut
+  call run
+end subroutine cut

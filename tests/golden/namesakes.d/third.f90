@@ -1,0 +1,4 @@
+interface NORM
+  function norm(x)
+  end function
+end interface norm

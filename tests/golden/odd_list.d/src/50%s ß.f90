@@ -1,0 +1,3 @@
+subroutine percent
+  call again(1)
+end

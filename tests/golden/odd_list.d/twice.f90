@@ -1,0 +1,3 @@
+subroutine again(n)
+  if (n > 0) call again(n - 1)
+end subroutine again

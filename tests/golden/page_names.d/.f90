@@ -1,0 +1,3 @@
+subroutine hidden
+  call dotted
+end

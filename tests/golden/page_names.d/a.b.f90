@@ -1,0 +1,3 @@
+subroutine dotted
+  call plain
+end

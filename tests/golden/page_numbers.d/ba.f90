@@ -1,0 +1,3 @@
+subroutine middle
+  call late
+end

@@ -1,0 +1,3 @@
+subroutine leading
+  call early
+end

@@ -1,0 +1,4 @@
+program hello
+  implicit none
+  print *, 'good day'
+end program hello
