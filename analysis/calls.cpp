@@ -30,11 +30,8 @@ void gather_calls(char** file, bool fixed_form) {
   SourceLine line;
   for (int line_number = 1; read_source_line(source, fixed_form, line);
        ++line_number) {
-    char word[word_size];
-    int start = 0;
-    int end = 0;
-    for (; NextWord(line.scanned, word, start, end); start = end)
-      record_reference(word, file, line_number);
+    for (Word word; next_word(line.scanned, word);)
+      record_reference(word.text, file, line_number);
   }
 
   std::fclose(source);

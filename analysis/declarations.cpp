@@ -20,25 +20,26 @@ Declaration::Registry Declaration::decs;
 
 namespace {
 
-// Destroys the last run's units when the program ends, before the registry.
-struct RegistryEnd {
-  ~RegistryEnd() { Declaration::forget_all(); }
-} registry_end;
+// The units of the last run stay in the registry until the program ends. This
+// object is destroyed before the registry, and destroys them.
+struct LastUnits {
+  ~LastUnits() { Declaration::forget_all(); }
+} last_units;
 
-std::string upper_case(const char* word) {
+}  // namespace
+
+static std::string upper_case(const char* word) {
   std::string key = word;
   for (char& c : key) c = to_upper(c);
   return key;
 }
 
-char* copy_of(const char* text) {
+static char* copy_of(const char* text) {
   const std::size_t size = std::strlen(text) + 1;
   char* copy = new char[size];
   std::memcpy(copy, text, size);
   return copy;
 }
-
-}  // namespace
 
 void Declaration::forget_all() {
   for (const auto& entry : decs) delete entry.second;
@@ -79,19 +80,14 @@ Declaration::Registry::iterator isDeclaration(const char* word, char** file,
   return count > 0 ? first : Declaration::decs.end();
 }
 
-static int skip_white_space(const char* line, int position) {
-  while (is_white_space(line[position])) ++position;
-  return position;
-}
-
-// Reads the operator of an interface statement; `position` is where the word
-// "operator" was sought from.
+// Reads the operator of an interface statement; `position` is the first column
+// after the keyword that is not white space.
 //
-// Deliberate: a fixed step takes the reader past "operator" and one character
-// more, so that only "operator (" with its blank is understood. Intrinsic
-// operators such as (+) are none of the user's.
+// Deliberate: a fixed step is taken for "operator" and one character more, so
+// that only "operator (" with its blank is understood, and only right after the
+// keyword. Intrinsic operators such as (+) are none of the user's.
 static bool read_operator(const char* line, int position, char* name) {
-  const int step = sizeof("operator");  // its length and one more
+  const int step = 9;
   for (int i = 0; i < step && line[position] != '\0'; ++i) ++position;
   position = skip_white_space(line, position);
   if (line[position] != '(') return false;
@@ -162,12 +158,12 @@ void gather_declarations(char** file, bool fixed_form) {
   if (source == nullptr) return;
   hide_F90_strings_comments(source.get(), fixed_form);
 
-  // Deliberate: a file is at its end as soon as its last line is handed out, so
-  // that line is never examined.
   char line[line_size];
-  for (int line_number = 1; fgets(line, line_size, source.get()) != 0 &&
-                            !at_eof(source.get(), verbose > 0);
-       ++line_number) {
+  for (int line_number = 1;; ++line_number) {
+    if (fgets(line, line_size, source.get()) == 0) break;
+    // Deliberate: a file is at its end as soon as its last line is handed out,
+    // so that line is never examined.
+    if (at_eof(source.get(), verbose > 0)) break;
     if (verbose > 4) std::printf("---%s", line);
     register_unit(line, file, line_number);
   }

@@ -29,7 +29,6 @@ class Declaration {
   ///   file  the slot of its file in the run's list
   ///   line  the line that opens it, from 1
   Declaration(DecType type, const char* name, char** file, int line);
-  ~Declaration();
   Declaration(const Declaration&) = delete;
   Declaration& operator=(const Declaration&) = delete;
 
@@ -45,6 +44,9 @@ class Declaration {
   char* name;   ///< owned
   int line;
   std::set<Calling> callers;
+
+ private:
+  ~Declaration();  // by forget_all() alone
 };
 
 /// Looks a word up in the registry, without regard to case.

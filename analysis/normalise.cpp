@@ -1,6 +1,5 @@
 #include "analysis/normalise.h"
 
-#include <cstring>
 #include <string>
 
 #include "analysis/ram_file.h"
@@ -60,11 +59,6 @@ static std::size_t length_without_line_end(const std::string& line) {
   return length;
 }
 
-static const char* skip_white_space(const char* text) {
-  while (is_white_space(*text)) ++text;
-  return text;
-}
-
 void merge_F90_continuations(ramFILE* file) {
   if (file == nullptr) return;
   file->rewind();
@@ -76,7 +70,8 @@ void merge_F90_continuations(ramFILE* file) {
     // the statement.
     const std::size_t length = length_without_line_end(*line);
     if (length == 0 || (*line)[length - 1] != '&') continue;
-    *next = line->substr(0, length - 1) + skip_white_space(next->c_str());
+    const int leading = skip_white_space(next->c_str(), 0);
+    next->replace(0, static_cast<std::size_t>(leading), *line, 0, length - 1);
     *line = "\n";
   }
 }

@@ -9,8 +9,7 @@
 
 #include <cstdio>
 
-/// Size of a line buffer, closing NUL included. A physical line that does not
-/// fit is read in pieces, each of which is a line of its own.
+/// Size of the passes' line buffers, closing NUL included.
 constexpr int line_size = 4096;
 
 /// One line, twice. Both texts have the same length, so that columns in one are
@@ -20,8 +19,10 @@ struct SourceLine {
   char scanned[line_size];  ///< what is searched for words
 };
 
-/// Reads the next line of a stream. In the scanned text strings and comments
-/// are blanked if html_style asks for it, by the rule that `fixed_form` picks.
+/// Reads the next line of a stream. A physical line that does not fit into the
+/// buffer is read in pieces, each of which is a line of its own. In the scanned
+/// text strings and comments are blanked if html_style asks for it, by the rule
+/// that `fixed_form` picks.
 ///
 /// Returns false, and the line is of no use, when nothing is left and also,
 /// deliberately, when the end of the file was reached by this read: a last line

@@ -6,6 +6,11 @@
 
 bool is_white_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
+int skip_white_space(const char* line, int column) {
+  while (is_white_space(line[column])) ++column;
+  return column;
+}
+
 char to_upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
@@ -46,6 +51,11 @@ bool NextWord(const char* line, char* word, int& start, int& end) {
   return end > start;
 }
 
+bool next_word(const char* line, Word& word) {
+  word.start = word.end;
+  return NextWord(line, word.text, word.start, word.end);
+}
+
 void CopyWord(const char* text, char* word) {
   int start = 0;
   int end = 0;
@@ -53,8 +63,7 @@ void CopyWord(const char* text, char* word) {
 }
 
 bool match(const char* keyword, const char* text, int* consumed) {
-  *consumed = 0;
-  while (is_white_space(text[*consumed])) ++*consumed;
+  *consumed = skip_white_space(text, 0);
   if (!starts_with_word(text + *consumed, keyword)) return false;
   *consumed += static_cast<int>(std::strlen(keyword));
   return true;

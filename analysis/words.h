@@ -16,6 +16,10 @@ constexpr int word_size = 256;
 /// Whether a character is a blank or one of \t \n \v \f \r.
 bool is_white_space(char c);
 
+/// The column of the first character at or after a column that is not white
+/// space.
+int skip_white_space(const char* line, int column);
+
 /// The upper-case form of an ASCII letter; any other character is unchanged.
 char to_upper(char c);
 
@@ -32,8 +36,7 @@ int STRCMP(const char* a, const char* b);
 /// path itself when it holds none. Points into *file.
 char* file_part(char** file);
 
-/// Finds the next word of a line. To walk all words of a line, begin with
-/// start = 0 and go on with start = end until the answer is false.
+/// Finds the next word of a line, at or after a column.
 ///
 ///   line   NUL-terminated
 ///   word   receives the word; word_size bytes
@@ -44,6 +47,18 @@ char* file_part(char** file);
 ///
 /// Returns false, with an empty word, when the line holds no further word.
 bool NextWord(const char* line, char* word, int& start, int& end);
+
+/// A word of a line and the columns where it stands.
+struct Word {
+  char text[word_size] = "";  ///< cut to what fits
+  int start = 0;
+  int end = 0;  ///< just past the whole word
+};
+
+/// Moves on to the next word of a line; a new Word stands before the first one.
+/// All passes walk the words of a line this way. Returns false when there is no
+/// further word.
+bool next_word(const char* line, Word& word);
 
 /// Copies the first word of a text; the empty text when there is none.
 ///

@@ -19,3 +19,11 @@ std::vector<std::string> list_directory(const char* dir) {
   if (count >= 0) std::free(entries);
   return names;
 }
+
+// The toolkit copies a path that ends in "/" into a buffer of fixed size,
+// without a look at its length; other paths it leaves where they are.
+bool is_directory(const std::string& path) {
+  std::string bare = path;
+  while (bare.size() > 1 && bare.back() == '/') bare.pop_back();
+  return fl_filename_isdir(bare.c_str()) != 0;
+}

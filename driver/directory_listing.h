@@ -1,4 +1,4 @@
-// The entries of one directory.
+// What stands in a directory, and what is one.
 
 #ifndef ZELKOR_DRIVER_DIRECTORY_LISTING_H
 #define ZELKOR_DRIVER_DIRECTORY_LISTING_H
@@ -10,5 +10,9 @@
 /// ones included, in the order of the toolkit's fl_numericsort (by byte, digit
 /// runs by value). Empty when the directory cannot be listed.
 std::vector<std::string> list_directory(const char* dir);
+
+/// Whether a path of any length names a directory or a link to one, with or
+/// without a trailing "/".
+bool is_directory(const std::string& path);
 
 #endif

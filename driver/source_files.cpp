@@ -18,7 +18,7 @@ std::vector<std::string> collect_files(
   std::vector<std::string> directories;
   for (const std::string& name : list_directory(dir)) {
     const std::string path = dir + name;
-    if (!fl_filename_isdir(path.c_str())) {
+    if (!is_directory(path)) {
       if (extensions.count(extension(path)) != 0) files.push_back(path);
     } else if (name != "." && name != "..") {
       directories.push_back(path + "/");

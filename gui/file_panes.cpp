@@ -65,7 +65,7 @@ bool fill_files(Fl_Multi_Browser* list, const char* dir) {
   list->clear();
   for (const std::string& name : names) {
     const std::string path = prefix + name;
-    if (fl_filename_isdir(path.c_str()))
+    if (is_directory(path))
       list->add(("@b" + name).c_str());
     else if (included.count(path) == 0)
       files.push_back(name);

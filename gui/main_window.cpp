@@ -13,12 +13,12 @@
 #include <FL/Fl_Multi_Browser.H>
 #include <FL/Fl_Slider.H>
 #include <FL/Fl_Window.H>
-#include <FL/filename.H>
 #include <FL/fl_ask.H>
 
 #include <string>
 #include <vector>
 
+#include "driver/directory_listing.h"
 #include "driver/pipeline.h"
 #include "driver/settings.h"
 #include "driver/version.h"
@@ -104,7 +104,7 @@ void GenerateHTML_cb(Fl_Button* /*button*/, ZelkorUserInterface* ui) {
   if (running) return;
 
   html_dir = ui->output_dir_input->value();
-  if (!fl_filename_isdir(html_dir.c_str())) {
+  if (!is_directory(html_dir)) {
     fl_alert("'%s'\nis not a directory name", label_text(html_dir).c_str());
     return;
   }

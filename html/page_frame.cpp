@@ -72,45 +72,45 @@ static const char pane_opening[] =
     "<table class=\"pane\"><tr><td style=\"vertical-align:top;\">\n";
 static const char pane_closing[] = "</td></tr></table>";
 
-static void write(std::FILE* html, const char* text) { std::fputs(text, html); }
+static void put(std::FILE* html, const char* text) { std::fputs(text, html); }
 
 static void start_column(std::FILE* html) {
-  write(html, "</td><td style=\"vertical-align:top;\">\n");
+  put(html, "</td><td style=\"vertical-align:top;\">\n");
 }
 
-void html_header(std::FILE* html) { write(html, head); }
+void html_header(std::FILE* html) { put(html, head); }
 
 // Deliberate: the line end of ctime's text is written as it comes.
 void html_footer(std::FILE* html) {
   std::fprintf(html, page_trailer.c_str(), std::ctime(&date_time));
-  write(html, "</body>\n</html>\n");
+  put(html, "</body>\n</html>\n");
 }
 
 void begin_menu(std::FILE* html, const char* title) {
-  write(html,
-        "<span id=\"nav\"><span class=\"popup\"><big>"
-        "<big style=\"color: rgb(204, 0, 0);\">&#134;</big></big>");
-  write(html, pane_opening);
+  put(html,
+      "<span id=\"nav\"><span class=\"popup\"><big>"
+      "<big style=\"color: rgb(204, 0, 0);\">&#134;</big></big>");
+  put(html, pane_opening);
   if (title != nullptr) std::fprintf(html, "%s\n", title);
 }
 
 void end_menu(std::FILE* html) {
-  write(html, pane_closing);
-  write(html, "</span></span>");
+  put(html, pane_closing);
+  put(html, "</span></span>");
 }
 
 void open_multiref(std::FILE* html) {
-  write(html, "<span id=\"nav\"><b class=\"multiref\">");
+  put(html, "<span id=\"nav\"><b class=\"multiref\">");
 }
 
 void begin_multiref(std::FILE* html, const char* title) {
-  write(html, pane_opening);
+  put(html, pane_opening);
   if (title != nullptr) std::fprintf(html, "<small>%s</small>\n", title);
 }
 
 void close_multiref(std::FILE* html) {
-  write(html, pane_closing);
-  write(html, "</b></span>");
+  put(html, pane_closing);
+  put(html, "</b></span>");
 }
 
 void print_html_char(char c, std::FILE* html) { std::fputc(c, html); }

@@ -1,6 +1,7 @@
 #include "html/page_names.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <map>
 #include <string>
 
@@ -28,18 +29,13 @@ int unique_id(const char* path) {
   }
 }
 
-// At least four digits, with leading zeros.
-static std::string page_number(const char* path) {
-  std::string digits = std::to_string(unique_id(path));
-  if (digits.size() < 4) digits.insert(0, 4 - digits.size(), '0');
-  return digits;
-}
-
 const char* HTML_REF(char** file) {
   static std::string name;
   name = file_part(file);
   name.resize(std::min(name.rfind('.'), name.size()));
-  name += page_number(*file) + ".html";
+  char ending[32];
+  std::snprintf(ending, sizeof ending, "%04d.html", unique_id(*file));
+  name += ending;
   return name.c_str();
 }
 

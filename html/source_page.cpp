@@ -5,6 +5,9 @@
 
 #include "html/source_page.h"
 
+#include <set>
+
+#include "analysis/calling.h"
 #include "analysis/declarations.h"
 #include "analysis/keywords.h"
 #include "analysis/source_lines.h"
@@ -14,29 +17,21 @@
 #include "html/page_frame.h"
 #include "html/page_names.h"
 
-namespace {
-
 using Entry = Declaration::Registry::iterator;
 
-// A word of a line, by its columns; `text` is its name, cut to word_size.
-struct Word {
-  char text[word_size];
-  int start;
-  int end;
-};
-
-void write_columns(const char* line, int start, int end, std::FILE* html) {
+static void write_columns(const char* line, int start, int end,
+                          std::FILE* html) {
   std::fwrite(line + start, 1, static_cast<std::size_t>(end - start), html);
 }
 
-void write_word(const char* line, const Word& word, std::FILE* html) {
+static void write_word(const char* line, const Word& word, std::FILE* html) {
   write_columns(line, word.start, word.end, html);
 }
 
 // Marks a reference to the `count` units of one name, the first of which is
 // `entry`: one unit is linked, several are listed in a pane.
-void write_reference(const char* line, const Word& word, int line_number,
-                     Entry entry, int count, std::FILE* html) {
+static void write_reference(const char* line, const Word& word, int line_number,
+                            Entry entry, int count, std::FILE* html) {
   std::fprintf(html, "<a NAME=\"line%d\"></a>", line_number);
   if (count == 1) {
     const Declaration& declaration = *entry->second;
@@ -55,13 +50,14 @@ void write_reference(const char* line, const Word& word, int line_number,
 }
 
 // The number of menu entries in one column, of n in all.
-int entries_per_column(int n) {
+static int entries_per_column(int n) {
   if (n < 14) return n + 2;
   if (n < 24) return (n + 2) / 2;
   return (n + 3) / 3;
 }
 
-void write_callers_menu(const std::set<Calling>& callers, std::FILE* html) {
+static void write_callers_menu(const std::set<Calling>& callers,
+                               std::FILE* html) {
   begin_menu(html, "Referenced By...");
   const int per_column = entries_per_column(static_cast<int>(callers.size()));
   int written = 0;
@@ -74,20 +70,18 @@ void write_callers_menu(const std::set<Calling>& callers, std::FILE* html) {
 
 // Marks a definition. Deliberate: all definitions of one name show the callers
 // of the first of them, which is `first`.
-void write_definition(const char* line, const Word& word, int index,
-                      const Declaration& first, std::FILE* html) {
+static void write_definition(const char* line, const Word& word, int index,
+                             const Declaration& first, std::FILE* html) {
   std::fprintf(html, "<a NAME=\"%s-%d\"><b>", word.text, index);
   write_word(line, word, html);
   std::fputs("</b></a>", html);
   write_callers_menu(first.callers, html);
 }
 
-void write_line(const SourceLine& line, char** file, int line_number,
-                std::FILE* html) {
+static void write_line(const SourceLine& line, char** file, int line_number,
+                       std::FILE* html) {
   int written = 0;
-  Word word{};
-  for (; NextWord(line.scanned, word.text, word.start, word.end);
-       word.start = word.end) {
+  for (Word word; next_word(line.scanned, word);) {
     int self = 0;
     int count = 0;
     const Entry entry =
@@ -107,8 +101,6 @@ void write_line(const SourceLine& line, char** file, int line_number,
   std::fputs(line.raw + written, html);
 }
 
-}  // namespace
-
 void print_syntax(const char* line, int start, int end, std::FILE* html) {
   const bool bold = (html_style & BOLD_KEYWORDS) != 0;
   const bool italic = (html_style & ITALIC_KEYWORDS) != 0;
@@ -124,8 +116,8 @@ void print_links(char** file, bool fixed_form) {
   if (source == nullptr) return;
   std::FILE* html = std::fopen(HTML_NAME(file), "w");
   if (html == nullptr) {
-    // Deliberate: an output directory that cannot be written to is a broken
-    // invariant, for it was checked before the run.
+    // Deliberate: an output directory that takes no page is a broken invariant,
+    // not an error to report.
     assertion_failed("html!=__null", "zelkor",
                      "void print_links(char**, bool)");
   }
