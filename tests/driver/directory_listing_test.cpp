@@ -1,0 +1,115 @@
+#include "driver/directory_listing.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/support/temporary_folder.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+class ListDirectory : public testing::Test {
+ protected:
+  TemporaryFolder folder;
+};
+
+TEST_F(ListDirectory, AnEmptyDirectoryHoldsItselfAndItsParent) {
+  EXPECT_EQ((Names{".", ".."}), list_directory("./"));
+}
+
+TEST_F(ListDirectory, DirectoriesAndLinksToThemHaveBareNames) {
+  fs::create_directory("sub");
+  fs::create_directory_symlink("sub", "link");
+  write_file("file", "");
+  fs::create_symlink("nothing", "dangling");
+  EXPECT_EQ((Names{".", "..", "dangling", "file", "link", "sub"}),
+            list_directory("."));
+}
+
+TEST_F(ListDirectory, NamesAreSortedByByteAndNumbersByValue) {
+  for (const char* name : {"m10.f90", "m2.f90", "m1", "b", "B", "a", ".hidden",
+                           "Z", "_", "10", "9"})
+    write_file(name, "");
+  EXPECT_EQ((Names{".", "..", ".hidden", "9", "10", "B", "Z", "_", "a", "b",
+                   "m1", "m2.f90", "m10.f90"}),
+            list_directory("./"));
+}
+
+TEST_F(ListDirectory, OddNamesStayAsTheyAre) {
+  for (const char* name : {" blank ", "100%s", "@b", "back\\slash", "\xe9"})
+    write_file(name, "");
+  EXPECT_EQ((Names{"\xe9", " blank ", ".", "..", "100%s", "@b", "back\\slash"}),
+            list_directory("./"));
+}
+
+TEST_F(ListDirectory, TakesThePathWithOrWithoutASlash) {
+  write_file("sub/x", "");
+  const Names names = {".", "..", "x"};
+  EXPECT_EQ(names, list_directory("sub"));
+  EXPECT_EQ(names, list_directory("./sub/"));
+  EXPECT_EQ(names, list_directory((folder.path() / "sub").c_str()));
+}
+
+TEST_F(ListDirectory, WhatCannotBeListedHoldsNothing) {
+  write_file("file", "");
+  for (const char* path : {"missing", "missing/", "file", "file/", ""})
+    EXPECT_EQ(Names{}, list_directory(path)) << path;
+}
+
+TEST_F(ListDirectory, ARemovedWorkingDirectoryHoldsNothing) {
+  fs::create_directory("gone");
+  fs::current_path("gone");
+  fs::remove(folder.path() / "gone");
+  EXPECT_EQ(Names{}, list_directory("./"));
+  fs::current_path(folder.path());
+}
+
+TEST_F(ListDirectory, NamesMayBeAsLongAsTheSystemAllows) {
+  const std::string name(255, 'n');
+  fs::create_directories(name + "/" + name);
+  write_file(name + "/" + name + "/x", "");
+  EXPECT_EQ((Names{".", "..", name}), list_directory("./"));
+  EXPECT_EQ((Names{".", "..", "x"}),
+            list_directory((name + "/" + name).c_str()));
+}
+
+using IsDirectory = ListDirectory;
+
+TEST_F(IsDirectory, HoldsForDirectoriesAndLinksToThemWithOrWithoutASlash) {
+  write_file("file", "");
+  fs::create_directory("sub");
+  fs::create_directory_symlink("sub", "link");
+  fs::create_symlink("nothing", "dangling");
+  const struct {
+    const char* path;
+    bool directory;
+  } cases[] = {
+      {".", true},         {"./", true},         {"..", true},
+      {"/", true},         {"//", true},         {"sub", true},
+      {"sub/", true},      {"sub//", true},      {"./sub/../sub/", true},
+      {"link", true},      {"link/", true},      {"", false},
+      {"file", false},     {"missing", false},   {"missing/", false},
+      {"dangling", false}, {"dangling/", false},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(c.directory, is_directory(c.path)) << '"' << c.path << '"';
+  EXPECT_TRUE(is_directory(folder.path()));
+}
+
+TEST_F(IsDirectory, TakesPathsOfAnyLength) {
+  std::string path;
+  for (int level = 0; level < 15; ++level) path += std::string(200, 'd') + "/";
+  fs::create_directories(path);
+  EXPECT_TRUE(is_directory(path));
+  EXPECT_TRUE(is_directory(path.substr(0, path.size() - 1)));
+  EXPECT_FALSE(is_directory(path + "missing/"));
+  EXPECT_FALSE(is_directory(std::string(100000, 'd') + "/"));
+}
+
+}  // namespace

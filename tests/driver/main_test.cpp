@@ -1,0 +1,410 @@
+// The program from outside: what it makes of its arguments, what it prints and
+// how it ends. A press on Generate HTML tells by the reports of the run which
+// files were selected, and in which order.
+
+#include <gtest/gtest.h>
+
+// Xlib's macros would spoil the headers above if it came first.
+#include <X11/Xlib.h>
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "driver/version.h"
+#include "tests/support/capture.h"
+#include "tests/support/program.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/support/virtual_display.h"
+#include "tests/support/wait_until.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+// The scheme, worked out anew: years since 2007, thirds of the year, and the
+// days of a third, 32 to a month.
+std::string version_of_build() {
+  const std::string months = "JanFebMarAprMayJunJulAugSepOctNovDec";
+  std::istringstream date(build_date());
+  std::string month_word;
+  int day = 0;
+  int year = 0;
+  date >> month_word >> day >> year;
+  const int month = static_cast<int>(months.find(month_word)) / 3;
+  std::ostringstream version;
+  version << year - 2007 << '.' << month / 4 << '.' << (month % 4) * 32 + day;
+  return version.str();
+}
+
+class StartUp : public testing::Test {
+ protected:
+  StartUp() {
+    setenv("HOME", folder.path().c_str(), 1);
+    unsetenv("DISPLAY");
+    fs::create_symlink(ZELKOR_PROGRAM, "zelkor");
+  }
+
+  void start(Words arguments, const std::string& name = "./zelkor") {
+    arguments.insert(arguments.begin(), name);
+    program = std::make_unique<Program>(arguments, folder.path() / "output",
+                                        folder.path() / "errors");
+  }
+
+  // The exit status of the program, which is to end by itself.
+  int end() {
+    if (!wait_until([this] { return !program->running(); })) {
+      ADD_FAILURE() << "the program does not end";
+      program.reset();
+      return -1;
+    }
+    return program->wait();
+  }
+
+  std::string output() { return content_of(folder.path() / "output"); }
+  std::string errors() { return content_of(folder.path() / "errors"); }
+
+  TemporaryFolder folder;
+  std::unique_ptr<Program> program;
+};
+
+std::string usage(const std::string& name) {
+  return "usage: (order of options is important)\n"
+         "\t" +
+         name +
+         " [-r] [-e <ext> [-e <ext> ...]] [-v <level>] [-h|--h|-help|--help]\n"
+         " -r           initiates a recursive search in the current directory "
+         "for the extensions\n"
+         " -e <ext>     adds an extension to the search list\n"
+         " -v <level>   turns on verbose reporting to desired level (>0)\n"
+         " -h           generates this help message\n";
+}
+
+std::string joined(const Words& words) {
+  std::string line;
+  for (const std::string& word : words) line += word + ' ';
+  return line;
+}
+
+TEST_F(StartUp, HelpAsLastWordPrintsTheUsageAndNothingElse) {
+  const Words cases[] = {
+      {"-h"},       {"--h"},          {"-help"},
+      {"--help"},   {"data-h"},       {"-e", "f90", "-h"},
+      {"-v", "-h"}, {"x", "y", "-h"},
+  };
+  for (const Words& arguments : cases) {
+    SCOPED_TRACE(joined(arguments));
+    start(arguments);
+    EXPECT_EQ(0, end());
+    EXPECT_EQ(usage("./zelkor"), output());
+    EXPECT_EQ("", errors());
+  }
+}
+
+TEST_F(StartUp, TheUsageNamesTheProgramAsItWasCalled) {
+  const std::string name = folder.path() / "100%s%n";
+  fs::create_symlink(ZELKOR_PROGRAM, name);
+  start({"-h"}, name);
+  EXPECT_EQ(0, end());
+  EXPECT_EQ(usage(name), output());
+}
+
+// The toolkit's own text: a heading and its fifteen switches.
+bool is_switch_list(const std::string& text) {
+  std::istringstream lines(text);
+  std::string line;
+  if (!std::getline(lines, line) || line != "options are:") return false;
+  int switches = 0;
+  for (; std::getline(lines, line); ++switches)
+    if (line.compare(0, 2, " -") != 0) return false;
+  return switches == 15;
+}
+
+// Without a display the window would fail, with a message of its own.
+TEST_F(StartUp, UnknownWordsEndTheProgramInTheToolkitsParser) {
+  write_file("main.f90", "");
+  const Words cases[] = {
+      {"main.f90"},
+      {"-e"},
+      {"-v"},
+      {"-r", "-e"},
+      {"-r", "-v"},
+      {"-r", "-r"},
+      {"-R"},
+      {"-"},
+      {"-e", "f90", "-r"},
+      {"-v", "2", "-e", "f90"},
+      {"-h", "-e", "f90"},
+      {"-e", "f90", "main.f90"},
+      {"-geometry", "10x10", "main.f90"},
+      {"100%s%n"},
+  };
+  for (const Words& arguments : cases) {
+    SCOPED_TRACE(joined(arguments));
+    start(arguments);
+    EXPECT_EQ(1, end());
+    EXPECT_EQ("", output());
+    EXPECT_TRUE(is_switch_list(errors())) << errors();
+  }
+}
+
+TEST_F(StartUp, AMissingDisplayEndsTheProgram) {
+  for (const Words& arguments :
+       {Words{"-display", ":x"}, Words{"-display", ":x", "-e", "f90"}}) {
+    start(arguments);
+    EXPECT_EQ(1, end());
+    EXPECT_EQ("", output());
+    EXPECT_EQ("Can't open display: :x\n", errors());
+  }
+}
+
+class StartUpWithDisplay : public StartUp {
+ protected:
+  StartUpWithDisplay() : connection(XOpenDisplay(nullptr)) {
+    XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
+  }
+  ~StartUpWithDisplay() override {
+    program.reset();
+    XCloseDisplay(connection);
+  }
+
+  // Starts the program and waits for its window.
+  bool open(const Words& arguments) {
+    start(arguments);
+    return is_open();
+  }
+
+  bool is_open() {
+    bool found = false;
+    wait_until([&] { return (found = find_window()) || !program->running(); });
+    return found;
+  }
+
+  bool find_window() {
+    ::Window root = 0;
+    ::Window parent = 0;
+    ::Window* windows = nullptr;
+    unsigned int count = 0;
+    XQueryTree(connection, DefaultRootWindow(connection), &root, &parent,
+               &windows, &count);
+    bool found = false;
+    for (unsigned int i = 0; i < count && !found; ++i) {
+      XWindowAttributes attributes{};
+      XGetWindowAttributes(connection, windows[i], &attributes);
+      char* name = nullptr;
+      if (attributes.map_state == IsViewable &&
+          XFetchName(connection, windows[i], &name) != 0) {
+        found = true;
+        window = windows[i];
+        title = name;
+        XFree(name);
+      }
+    }
+    if (windows != nullptr) XFree(windows);
+    return found;
+  }
+
+  // Asks the window to close, as a window manager does.
+  void close() {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(connection, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] =
+        static_cast<long>(XInternAtom(connection, "WM_DELETE_WINDOW", False));
+    XSendEvent(connection, window, False, NoEventMask, &event);
+    XSync(connection, False);
+  }
+
+  void xdotool(Words words) {
+    words.insert(words.begin(), "xdotool");
+    Program step(words, "xdotool.output", "xdotool.errors");
+    EXPECT_EQ(0, step.wait()) << joined(words);
+  }
+
+  void click(int x, int y) {
+    xdotool({"mousemove", "--window", std::to_string(window), std::to_string(x),
+             std::to_string(y), "click", "1"});
+  }
+
+  void press_generate() { click(115, 25); }
+
+  // Generates pages in the directory "pages" and closes the program. Returns
+  // the names of the pages.
+  std::vector<std::string> generate() {
+    fs::create_directory("pages");
+    click(150, 77);
+    xdotool({"type", "pages"});
+    press_generate();
+    EXPECT_TRUE(wait_until([] {
+      if (!fs::exists("pages/index.html")) return false;
+      const std::string page = content_of("pages/index.html");
+      const std::string end = "</body>\n</html>\n";
+      return page.size() > end.size() &&
+             page.compare(page.size() - end.size(), end.size(), end) == 0;
+    }));
+    close();
+    EXPECT_EQ(0, end());
+
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator("pages"))
+      names.push_back(entry.path().filename());
+    return names;
+  }
+
+  // With nothing selected a press on the button does nothing; otherwise the
+  // empty output directory would bring up an alert, and as long as that is
+  // open the window does not close.
+  void expect_nothing_selected() {
+    press_generate();
+    close();
+    EXPECT_EQ(0, end());
+    EXPECT_EQ("", output());
+    EXPECT_EQ("", errors());
+  }
+
+  VirtualDisplay server;
+  Display* connection;
+  ::Window window = 0;
+  std::string title;
+};
+
+// What a run over files of one line reports.
+std::string run_reports(const Words& paths) {
+  std::string passes[3];
+  for (const std::string& path : paths) {
+    passes[0] += "END OF FILE\n";
+    passes[1] += "Generating XREF for " + path + "...OK\n";
+    passes[2] += "Generating HTML for " + path + "...OK\n";
+  }
+  return passes[0] + passes[1] + passes[2] + "Generating HTML index..\nDone!\n";
+}
+
+TEST_F(StartUpWithDisplay, TheWindowIsNamedAfterTheVersion) {
+  ASSERT_TRUE(open({}));
+  EXPECT_EQ("Zelkor  " + version_of_build(), title);
+}
+
+TEST_F(StartUpWithDisplay, WithoutArgumentsNothingIsSelected) {
+  write_file("a.f90", "x\n");
+  ASSERT_TRUE(open({}));
+  expect_nothing_selected();
+}
+
+TEST_F(StartUpWithDisplay, ClosingTheWindowEndsTheProgram) {
+  ASSERT_TRUE(open({}));
+  close();
+  EXPECT_EQ(0, end());
+  EXPECT_EQ("", output());
+  EXPECT_EQ("", errors());
+}
+
+TEST_F(StartUpWithDisplay, EscapeEndsTheProgram) {
+  ASSERT_TRUE(open({}));
+  xdotool({"mousemove", "--window", std::to_string(window), "265", "230", "key",
+           "Escape"});
+  EXPECT_EQ(0, end());
+}
+
+TEST_F(StartUpWithDisplay, SelectsTheFilesOfTheExtensionsRecursively) {
+  for (const char* path : {"b.f90", "a.F90", "m10.f90", "m2.f90", "sub/d.f90",
+                           "sub/e.F90", "sub/f.f", "c.f95"})
+    write_file(path, "x\n");
+  ASSERT_TRUE(open({"-r", "-e", "f90", "-e", "F90", "-v", "2"}));
+  EXPECT_EQ(7u, generate().size());
+  EXPECT_EQ(run_reports({"./a.F90", "./b.f90", "./m2.f90", "./m10.f90",
+                         "./sub/d.f90", "./sub/e.F90"}),
+            output());
+  EXPECT_EQ("", errors());
+}
+
+TEST_F(StartUpWithDisplay, WithoutRecursionDirectoriesAreLeftOut) {
+  for (const char* path : {"b.f90", "sub/d.f90"}) write_file(path, "x\n");
+  ASSERT_TRUE(open({"-e", "f90", "-v", "1"}));
+  generate();
+  EXPECT_EQ(run_reports({"./b.f90"}), output());
+}
+
+TEST_F(StartUpWithDisplay, ARepeatedExtensionIsSearchedOnce) {
+  for (const char* path : {"a.f90", "b.f90"}) write_file(path, "x\n");
+  ASSERT_TRUE(open({"-e", "f90", "-e", "f90", "-v", "1"}));
+  generate();
+  EXPECT_EQ(run_reports({"./a.f90", "./b.f90"}), output());
+}
+
+TEST_F(StartUpWithDisplay, VerbosityComesFromTheLevel) {
+  write_file("a.f90", "x = 1\ny = 2\n");
+  const struct {
+    Words options;
+    std::string output;
+  } cases[] = {
+      {{}, ""},
+      {{"-v", "0"}, ""},
+      {{"-v", "abc"}, ""},
+      {{"-v", "-1"}, ""},
+      {{"-v", "1"}, run_reports({"./a.f90"})},
+      {{"-v", "5"}, "---x = 1\n" + run_reports({"./a.f90"})},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(joined(c.options));
+    Words arguments = {"-e", "f90"};
+    arguments.insert(arguments.end(), c.options.begin(), c.options.end());
+    fs::remove_all("pages");
+    ASSERT_TRUE(open(arguments));
+    EXPECT_EQ(2u, generate().size());
+    EXPECT_EQ(c.output, output());
+  }
+}
+
+TEST_F(StartUpWithDisplay, SwitchesOfTheToolkitComeFirst) {
+  write_file("a.f90", "x\n");
+  const std::string display = getenv("DISPLAY");
+  unsetenv("DISPLAY");
+  start({"-display", display, "-scheme", "plastic", "-e", "f90", "-v", "1"});
+  setenv("DISPLAY", display.c_str(), 1);
+  ASSERT_TRUE(is_open());
+  generate();
+  EXPECT_EQ(run_reports({"./a.f90"}), output());
+}
+
+TEST_F(StartUpWithDisplay, RecursionAloneSelectsNothing) {
+  write_file("a.f90", "x\n");
+  ASSERT_TRUE(open({"-r", "-v", "1"}));
+  expect_nothing_selected();
+}
+
+TEST_F(StartUpWithDisplay, AnExtensionWithItsPointSelectsNothing) {
+  write_file("a.f90", "x\n");
+  ASSERT_TRUE(open({"-r", "-e", ".f90", "-v", "1"}));
+  expect_nothing_selected();
+}
+
+TEST_F(StartUpWithDisplay, ARemovedWorkingDirectorySelectsNothing) {
+  const std::string program_path = folder.path() / "zelkor";
+  fs::create_directory("gone");
+  fs::current_path("gone");
+  fs::remove(folder.path() / "gone");
+  start({"-r", "-e", "f90", "-v", "1"}, program_path);
+  fs::current_path(folder.path());
+  ASSERT_TRUE(is_open());
+  expect_nothing_selected();
+}
+
+TEST_F(StartUpWithDisplay, NeverStartsARunByItself) {
+  write_file("a.f90", "x\n");
+  fs::create_directory("HTML");
+  ASSERT_TRUE(open({"-e", "f90", "-v", "1"}));
+  close();
+  EXPECT_EQ(0, end());
+  EXPECT_EQ("", output());
+  EXPECT_TRUE(fs::is_empty("HTML"));
+}
+
+}  // namespace

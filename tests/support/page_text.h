@@ -1,0 +1,45 @@
+// The fixed texts of the pages, put together here from what the pages promise
+// and not from the code that writes them.
+
+#ifndef ZELKOR_TESTS_SUPPORT_PAGE_TEXT_H
+#define ZELKOR_TESTS_SUPPORT_PAGE_TEXT_H
+
+#include <ctime>
+#include <string>
+
+inline const std::string pane_opening =
+    "<table class=\"pane\"><tr><td style=\"vertical-align:top;\">\n";
+inline const std::string menu_opening =
+    "<span id=\"nav\"><span class=\"popup\"><big>"
+    "<big style=\"color: rgb(204, 0, 0);\">&#134;</big></big>" +
+    pane_opening;
+inline const std::string menu_closing = "</td></tr></table></span></span>";
+inline const std::string new_column =
+    "</td><td style=\"vertical-align:top;\">\n";
+inline const std::string multiref_opening =
+    "<span id=\"nav\"><b class=\"multiref\">";
+inline const std::string multiref_closing = "</td></tr></table></b></span>";
+
+/// The head of every page, from "<html>" to "<body>".
+std::string page_head();
+
+/// The end of every page of a run, from the rule on; times are shown in UTC.
+std::string page_tail(std::time_t time_stamp);
+
+/// A whole source page.
+///
+///   title    the last component of the source's path
+///   content  what stands between "<pre>" and "</pre>"
+std::string source_page(const std::string& title, const std::string& content,
+                        std::time_t time_stamp);
+
+/// The "Referenced By..." menu with these items.
+std::string callers_menu(const std::string& items);
+
+/// The item of such a menu for one reference.
+std::string caller(const std::string& page, const std::string& path, int line);
+
+/// The "Definitions:" pane over a word, with these items.
+std::string definitions_pane(const std::string& word, const std::string& items);
+
+#endif
