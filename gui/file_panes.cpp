@@ -151,12 +151,18 @@ static const char* without_format(const Fl_Browser* list, const char* text) {
   return *text == list->format_char() ? text + 1 : text;
 }
 
+// The message box handles events of its own, but when it is gone the toolkit
+// goes on with the event that it was called for.
 static void drop_from_selection(Fl_Multi_Browser* list, int line,
                                 const char* name) {
+  const int event = Fl::e_number;
+  const int state = Fl::e_state;
   fl_message(
       "Dropping the directory '%s' from your selection.\n"
       "Only select that one item if you want to switch to that directory.",
       label_text(name).c_str());
+  Fl::e_number = event;
+  Fl::e_state = state;
   Fl_Callback* callback = list->callback();
   void* user_data = list->user_data();
   list->callback(static_cast<Fl_Callback*>(nullptr), nullptr);
@@ -184,18 +190,26 @@ struct DirectoryChange {
 
 DirectoryChange pending_change;
 
-void make_pending_change(void* /*unused*/) {
+}  // namespace
+
+// Enters a directory and forgets that a button is down on its line: otherwise
+// the slightest move of the mouse would select a line of the new list.
+static void enter_directory(const DirectoryChange& change) {
+  change_dir_to(change.ui, change.directory.c_str());
+  if (Fl::pushed() == change.ui->potential_files) Fl::pushed(nullptr);
+}
+
+static void make_pending_change(void* /*unused*/) {
   // The event is not over while its callback waits in a message box.
-  if (Fl::modal() != nullptr) {
+  if (Fl::modal() != nullptr)
     Fl::repeat_timeout(0.05, make_pending_change);
-    return;
-  }
-  change_dir_to(pending_change.ui, pending_change.directory.c_str());
+  else
+    enter_directory(pending_change);
 }
 
 // Within a range of lines, a drag or a key press the toolkit goes on to use the
 // lines of the list after the callback, which must not free them then.
-bool toolkit_still_reads_lines() {
+static bool toolkit_still_reads_lines() {
   switch (Fl::event()) {
     case FL_PUSH:
       return Fl::event_state(FL_SHIFT) != 0;
@@ -208,8 +222,6 @@ bool toolkit_still_reads_lines() {
   }
 }
 
-}  // namespace
-
 void change_dir_click_cb(Fl_Multi_Browser* list, void* ui) {
   const int line = list->value();
   const char* text = list->text(line);
@@ -221,17 +233,15 @@ void change_dir_click_cb(Fl_Multi_Browser* list, void* ui) {
   }
 
   auto* interface = static_cast<ZelkorUserInterface*>(ui);
-  const std::string directory = joined(interface->current_directory, name);
+  const DirectoryChange change = {interface,
+                                  joined(interface->current_directory, name)};
   Fl::remove_timeout(make_pending_change);
   if (toolkit_still_reads_lines()) {
-    pending_change = {interface, directory};
+    pending_change = change;
     Fl::add_timeout(0.0, make_pending_change);
-    return;
+  } else {
+    enter_directory(change);
   }
-  change_dir_to(interface, directory.c_str());
-  // The button is still down: without this, the slightest move of the mouse
-  // would select a line of the new list.
-  if (Fl::event() == FL_PUSH) Fl::pushed(nullptr);
 }
 
 // Lists the current directory anew, at the place where it was scrolled to.
