@@ -196,7 +196,7 @@ DirectoryChange pending_change;
 // the slightest move of the mouse would select a line of the new list.
 static void enter_directory(const DirectoryChange& change) {
   change_dir_to(change.ui, change.directory.c_str());
-  if (Fl::pushed() == change.ui->potential_files) Fl::pushed(nullptr);
+  Fl::pushed(nullptr);
 }
 
 static void make_pending_change(void* /*unused*/) {
