@@ -2,6 +2,7 @@
 // of their own, for the toolkit's file chooser writes there.
 
 #include <gtest/gtest.h>
+
 #include <stdlib.h>
 
 #include <filesystem>

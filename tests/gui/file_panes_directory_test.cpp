@@ -1,0 +1,372 @@
+#include <FL/Fl_Menu_Button.H>
+#include <FL/Fl_Multi_Browser.H>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+
+#include "gui/file_panes.h"
+#include "gui/special_browser.h"
+#include "tests/gui/main_window_fixture.h"
+#include "tests/gui/user.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using FilePanesDirectory = MainWindowTest;
+
+// --- change_dir_to ---
+
+// What follows a change of directory: the current directory, the menu's label
+// and its first items. "~" stands for the scratch folder, "^" for its name.
+class ChangeDir : public MainWindowTest {
+ protected:
+  void SetUp() override {
+    MainWindowTest::SetUp();
+    fs::create_directories("src/deep");
+    write_file("src/deep/d.f90", "");
+    write_file("top.f90", "");
+    build();
+  }
+
+  std::string expanded(std::string text) const {
+    const auto put = [&text](char sign, const std::string& value) {
+      const std::size_t place = text.find(sign);
+      if (place != std::string::npos) text.replace(place, 1, value);
+    };
+    put('~', folder.path());
+    put('^', folder.path().filename());
+    return text;
+  }
+
+  // The names of the folders above the scratch folder, nearest first.
+  Texts folders_above() const {
+    Texts names;
+    for (fs::path above = folder.path().parent_path(); above != "/";
+         above = above.parent_path())
+      names.push_back(above.filename());
+    return names;
+  }
+
+  void expect_at(const std::string& dir, const std::string& label,
+                 Texts items) const {
+    EXPECT_EQ(expanded(dir), directory());
+    EXPECT_EQ(expanded(label), ui.dir_menu_button->label());
+    for (std::string& item : items) item = expanded(item);
+    const Texts above = folders_above();
+    items.insert(items.end(), above.begin(), above.end());
+    EXPECT_EQ(items, items_of(*ui.dir_menu_button));
+  }
+
+  const Texts top_lines = {"@b.", "@b..", "@bsrc", "top.f90"};
+  const Texts src_lines = {"@b.", "@b..", "@bdeep"};
+};
+
+TEST_F(ChangeDir, TakesTheToolkitsAbsoluteForm) {
+  const struct {
+    const char* dir;
+    const char* current;
+    const char* label;
+    Texts items;
+    const Texts& lines;
+  } cases[] = {
+      {"./", "~/", "^/", {}, top_lines},
+      {".", "~/", "^/", {}, top_lines},
+      {"", "~/", "^/", {}, top_lines},
+      {"/", "~/", "^/", {}, top_lines},  // cut to the empty text
+      {"src", "~/src", "src", {"^"}, src_lines},
+      {"src/", "~/src", "src", {"^"}, src_lines},
+      {"src//", "~/src/", "src/", {"^"}, src_lines},
+      {"~/src", "~/src", "src", {"^"}, src_lines},
+      {"~//src", "~//src", "src", {"^"}, src_lines},
+      {"src/deep/..", "~/src/deep/..", "..", {"deep", "src", "^"}, src_lines},
+      {"src/../src", "~/src/../src", "src", {"..", "src", "^"}, src_lines},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.dir);
+    change_dir_to(&ui, expanded(c.dir).c_str());
+    expect_at(c.current, c.label, c.items);
+    EXPECT_EQ(c.lines, potential());
+    fs::current_path(folder.path());
+  }
+}
+
+TEST_F(ChangeDir, TwoSlashesAreTheRoot) {
+  change_dir_to(&ui, "//");
+  EXPECT_EQ("/", directory());
+  EXPECT_STREQ("/", ui.dir_menu_button->label());
+  EXPECT_EQ(Texts{}, items_of(*ui.dir_menu_button));
+  Texts lines = potential();
+  EXPECT_EQ(1, std::count(lines.begin(), lines.end(), "@btmp"));
+}
+
+TEST_F(ChangeDir, LabelPointsIntoTheCurrentDirectory) {
+  change_dir_to(&ui, "src");
+  EXPECT_EQ(ui.current_directory + path_of("").size(),
+            ui.dir_menu_button->label());
+}
+
+TEST_F(ChangeDir, WhatCannotBeListedChangesNothing) {
+  change_dir_to(&ui, "src");
+  fs::create_symlink("loop", "loop");
+  for (const char* dir : {"nowhere", "top.f90", "loop", "src/nowhere"}) {
+    SCOPED_TRACE(dir);
+    const MessageBoxes boxes;
+    change_dir_to(&ui, dir);
+    expect_at("~/src", "src", {"^"});
+    EXPECT_EQ(src_lines, potential());
+    EXPECT_EQ(Texts{}, boxes.seen());
+  }
+}
+
+TEST_F(ChangeDir, MayBeGivenTheCurrentDirectorysOwnText) {
+  change_dir_to(&ui, "src");
+  change_dir_to(&ui, ui.current_directory);
+  expect_at("~/src", "src", {"^"});
+  EXPECT_EQ(src_lines, potential());
+}
+
+TEST_F(ChangeDir, AbsolutePathsAreCutTo255Characters) {
+  const std::size_t length = 255 - path_of("").size();
+  const std::string name(length, 'd');
+  fs::create_directory(name);
+  write_file(name + "/inside", "");
+  change_dir_to(&ui, (path_of(name) + "xyz").c_str());
+  EXPECT_EQ(path_of(name), directory());
+  EXPECT_EQ(255u, directory().size());
+  EXPECT_EQ((Texts{"@b.", "@b..", "inside"}), potential());
+}
+
+TEST_F(ChangeDir, PathsOver255CharactersWhoseCutFormIsNoDirectoryStay) {
+  const std::string deep = std::string(200, 'd') + "/" + std::string(200, 'e');
+  fs::create_directories(deep);
+  change_dir_to(&ui, deep.c_str());
+  expect_at("~/", "^/", {});
+  EXPECT_EQ("top.f90", potential().back());
+}
+
+TEST_F(ChangeDir, LeavesOutSelectedFiles) {
+  ui.selected_files->add(path_of("src/deep/d.f90").c_str());
+  change_dir_to(&ui, "src/deep");
+  EXPECT_EQ((Texts{"@b.", "@b.."}), potential());
+}
+
+// --- store_current_directory ---
+
+TEST_F(FilePanesDirectory, LongestCurrentDirectoryHas2047Characters) {
+  const MessageBoxes boxes;
+  const std::string longest(2047, 'x');
+  store_current_directory(&ui, longest.c_str());
+  EXPECT_EQ(longest, directory());
+  EXPECT_EQ(Texts{}, boxes.seen());
+}
+
+TEST_F(FilePanesDirectory, LongerCurrentDirectoryIsCutWithAnAlert) {
+  build();
+  for (const std::size_t length : {2048u, 2049u, 10000u}) {
+    const MessageBoxes boxes;
+    store_current_directory(&ui, std::string(length, 'x').c_str());
+    EXPECT_EQ(std::string(2047, 'x'), directory());
+    EXPECT_EQ(Texts{"! current_directory buffer too short to contain path\n"
+                    " maximum length is 2047"},
+              boxes.seen());
+  }
+}
+
+TEST_F(FilePanesDirectory, CurrentDirectoryMayBeStoredFromItsOwnText) {
+  store_current_directory(&ui, "/abc/def");
+  store_current_directory(&ui, ui.current_directory + 4);
+  EXPECT_EQ("/def", directory());
+  store_current_directory(&ui, "");
+  EXPECT_EQ("", directory());
+}
+
+// --- dir_menu ---
+
+class DirMenu : public testing::Test {
+ protected:
+  DirMenu() : menu(0, 0, 100, 20, "old") { Fl_Group::current(nullptr); }
+
+  Fl_Menu_Button menu;
+};
+
+TEST_F(DirMenu, NamesTheDirectoryAndItsParents) {
+  const struct {
+    const char* path;
+    const char* label;
+    Texts items;
+  } cases[] = {
+      {"/home/user/src", "src", {"user", "home"}},
+      {"/home/user/src/", "src/", {"user", "home"}},
+      {"/", "/", {}},
+      {"//", "//", {}},
+      {"///", "//", {}},
+      {"", "", {}},
+      {"/usr", "usr", {}},
+      {"/usr/", "usr/", {}},
+      {"/usr//", "usr//", {}},
+      {"//usr", "usr", {}},
+      {"/usr/lib", "lib", {"usr"}},
+      {"//usr/lib", "lib", {"usr"}},
+      {"a", "a", {}},
+      {"a/", "a/", {}},
+      {"a/b", "b", {"a"}},
+      {"a/b/c", "c", {"b", "a"}},
+      {"a/b/c/", "c/", {"b", "a"}},
+      {"/x", "x", {}},
+      {"/a/b//", "b//", {"a"}},
+      {"/a//b", "b", {"a"}},
+      {"/a//b/c", "c", {"b", "a"}},
+      {"/a/b//c", "c", {"b", "a"}},
+      {"/a///b/", "b/", {"a"}},
+      {"/a/../b", "b", {"..", "a"}},
+      {"./a/b", "b", {"a", "."}},
+      {"/home/src/mysrc", "mysrc", {"src", "home"}},
+  };
+  for (const auto& c : cases) {
+    dir_menu(&menu, c.path);
+    EXPECT_STREQ(c.label, menu.label()) << c.path;
+    EXPECT_EQ(c.items, items_of(menu)) << c.path;
+  }
+}
+
+TEST_F(DirMenu, LabelPointsIntoThePath) {
+  const char path[] = "/home/user/src/";
+  dir_menu(&menu, path);
+  EXPECT_EQ(path + 11, menu.label());
+  const char one_name[] = "name";
+  dir_menu(&menu, one_name);
+  EXPECT_EQ(one_name, menu.label());
+}
+
+TEST_F(DirMenu, NameThatOccursTwiceIsOneItem) {
+  dir_menu(&menu, "/x/src/y/src/z");
+  EXPECT_EQ((Texts{"src", "y", "x"}), items_of(menu));
+}
+
+TEST_F(DirMenu, ItemsAreTheNamesAsTheyAre) {
+  const char* names[] = {"_hidden", "__init__", "_",    "a\\b",  "\\",
+                         "\\_x",    "_\\",      "a\\",  "R&D",   "&",
+                         "me@home", "@b",       "a|b",  "a\tb",  "100%",
+                         " ",       "a b",      "\xe9", "x\\\\", "_&@|\\_"};
+  for (const std::string name : names) {
+    const std::string path = "/top/" + name + "/last";
+    dir_menu(&menu, path.c_str());
+    EXPECT_EQ((Texts{name, "top"}), items_of(menu));
+    for (int item = 0; item < 2; ++item)
+      EXPECT_EQ(0, menu.mode(item)) << "no divider, no submenu: " << name;
+  }
+}
+
+TEST_F(DirMenu, LongestNamesFit) {
+  const std::string name(255, '\\');
+  const std::string path = "/" + name + "/last";
+  dir_menu(&menu, path.c_str());
+  EXPECT_EQ(Texts{name}, items_of(menu));
+}
+
+TEST_F(DirMenu, ItemsOfTheDirectoryBeforeAreGone) {
+  dir_menu(&menu, "/home/user/src");
+  dir_menu(&menu, "/usr");
+  EXPECT_EQ(Texts{}, items_of(menu));
+}
+
+TEST_F(DirMenu, ItemsCallTheMenusCallback) {
+  menu.callback([](Fl_Widget*, void* called) { ++*static_cast<int*>(called); });
+  int called = 0;
+  menu.user_data(&called);
+  dir_menu(&menu, "/home/user/src");
+  menu.picked(&menu.menu()[1]);
+  EXPECT_EQ(1, called);
+  EXPECT_STREQ("home", menu.text());
+}
+
+// --- change_dir_menu_cb ---
+
+class ChangeDirByMenu : public MainWindowTest {
+ protected:
+  void pick(const std::string& name) {
+    const Fl_Menu_Button& menu = *ui.dir_menu_button;
+    for (int item = 0; item + 1 < menu.size(); ++item)
+      if (menu.text(item) == name) {
+        ui.dir_menu_button->picked(&menu.menu()[item]);
+        return;
+      }
+    FAIL() << "no item " << name;
+  }
+};
+
+TEST_F(ChangeDirByMenu, GoesUpToTheChosenParent) {
+  fs::create_directories("home/user/src");
+  build();
+  change_dir_to(&ui, "home/user/src");
+  pick("home");
+  EXPECT_EQ(path_of("home"), directory());
+  EXPECT_EQ((Texts{"@b.", "@b..", "@buser"}), potential());
+  EXPECT_STREQ("home", ui.dir_menu_button->label());
+}
+
+// Deliberate: the last occurrence of the name's text counts.
+TEST_F(ChangeDirByMenu, FindsTheNameInsideALaterOne) {
+  fs::create_directories("home/src/mysrc/inside");
+  build();
+  change_dir_to(&ui, "home/src/mysrc");
+  pick("src");
+  EXPECT_EQ(path_of("home/src/mysrc"), directory());
+  EXPECT_EQ((Texts{"@b.", "@b..", "@binside"}), potential());
+}
+
+TEST_F(ChangeDirByMenu, CutsBehindTheNameInsideALongerOne) {
+  fs::create_directories("src/srcs");
+  fs::create_directories("src/src/found");
+  build();
+  change_dir_to(&ui, "src/srcs");
+  pick("src");
+  EXPECT_EQ(path_of("src/src"), directory());
+  EXPECT_EQ((Texts{"@b.", "@b..", "@bfound"}), potential());
+}
+
+TEST_F(ChangeDirByMenu, OverlappingOccurrencesCountFromTheirLastBegin) {
+  fs::create_directories("aa/baaa");
+  fs::create_directories("aa/baa");
+  build();
+  change_dir_to(&ui, "aa/baaa");
+  pick("aa");
+  EXPECT_EQ(path_of("aa/baaa"), directory());
+}
+
+TEST_F(ChangeDirByMenu, EveryNameLeadsToItsDirectory) {
+  for (const std::string name :
+       {"_hidden", "__init__", "_", "a\\b", "\\", "\\_x", "R&D", "me@home",
+        "@b", "a|b", "a\tb", "100%", " ", "\xe9", "_&@|\\_"}) {
+    fs::create_directories(name + "/=/-");
+    build();
+    change_dir_to(&ui, (name + "/=/-").c_str());
+    pick(name);
+    EXPECT_EQ(path_of(name), directory());
+    EXPECT_EQ((Texts{"@b.", "@b..", "@b="}), potential());
+  }
+}
+
+TEST_F(ChangeDirByMenu, ParentThatVanishedChangesNothing) {
+  fs::create_directories("gone/sub");
+  build();
+  change_dir_to(&ui, "gone/sub");
+  fs::remove_all("gone");
+  pick("gone");
+  EXPECT_EQ(path_of("gone/sub"), directory());
+  EXPECT_EQ((Texts{"@b.", "@b.."}), potential());
+}
+
+using ChangeDirByMenuDeathTest = ChangeDirByMenu;
+
+TEST_F(ChangeDirByMenuDeathTest, NameThatIsNotInTheCurrentDirectoryAborts) {
+  build();
+  ui.dir_menu_button->add("no such name", 0, nullptr);
+  EXPECT_DEATH(pick("no such name"),
+               "zelkor_fltk: .*change_dir_menu_cb.*`d!=__null' failed");
+}
+
+}  // namespace

@@ -1,0 +1,66 @@
+// A main window of its own for each test, in a scratch working directory.
+
+#ifndef ZELKOR_TESTS_GUI_MAIN_WINDOW_FIXTURE_H
+#define ZELKOR_TESTS_GUI_MAIN_WINDOW_FIXTURE_H
+
+#include <FL/Fl_Browser.H>
+#include <FL/Fl_Menu_.H>
+#include <FL/Fl_Window.H>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gui/user_interface.h"
+#include "tests/support/settings_guard.h"
+#include "tests/support/temporary_folder.h"
+
+using Texts = std::vector<std::string>;
+using Lines = std::vector<int>;
+
+class MainWindowTest : public testing::Test {
+ protected:
+  void SetUp() override;
+  /// Lets what still waits in the toolkit run, then takes the window away.
+  void TearDown() override;
+
+  /// Builds the window; it lists the working directory.
+  void build();
+  /// Builds it and waits until it is drawn on screen.
+  void show();
+
+  /// A path below the scratch folder.
+  std::string path_of(const std::string& name) const {
+    return folder.path().string() + "/" + name;
+  }
+  std::string directory() const { return ui.current_directory; }
+  Texts potential() const;
+  Texts selected() const;
+
+  TemporaryFolder folder;
+  SettingsGuard settings;
+  ZelkorUserInterface ui;
+  std::unique_ptr<Fl_Window> window;
+};
+
+/// Shows a window and waits until it is drawn.
+void show_and_wait(Fl_Window& window);
+
+/// The texts of all lines of a list.
+Texts lines_of(const Fl_Browser& list);
+
+/// The numbers of its selected lines.
+Lines selected_lines(const Fl_Browser& list);
+
+/// The number of the line with a text; fails the test when there is none.
+int line_of(const Fl_Browser& list, const std::string& text);
+
+/// Selects lines by their texts, the last one named being the current line.
+void select_texts(Fl_Browser& list, const Texts& texts);
+
+/// The texts of a menu's items.
+Texts items_of(const Fl_Menu_& menu);
+
+#endif

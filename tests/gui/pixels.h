@@ -1,0 +1,23 @@
+// What drawing calls and windows put on the screen.
+
+#ifndef ZELKOR_TESTS_GUI_PIXELS_H
+#define ZELKOR_TESTS_GUI_PIXELS_H
+
+#include <FL/Enumerations.H>
+#include <FL/Fl_Window.H>
+
+#include <functional>
+#include <vector>
+
+/// Row by row.
+using Pixels = std::vector<unsigned long>;
+
+/// What drawing calls leave in a picture that is filled with a colour before.
+/// A window must have been shown.
+Pixels drawn(int w, int h, Fl_Color background,
+             const std::function<void()>& calls);
+
+/// What a rectangle of a window that is drawn shows.
+Pixels shown(const Fl_Window& window, int x, int y, int w, int h);
+
+#endif

@@ -1,0 +1,154 @@
+#include "tests/gui/user.h"
+
+#include <FL/Fl_Box.H>
+#include <FL/Fl_Button.H>
+
+#include <unistd.h>
+
+#include <stdexcept>
+#include <utility>
+
+namespace {
+
+// Reaches the protected operations of any list by pointers to members.
+struct Inside : Fl_Browser {
+  static int height(const Fl_Browser& list, int line) {
+    if (line < 1 || line > list.size()) throw std::out_of_range("no such line");
+    return (list.*(&Inside::item_height))((list.*(&Inside::find_line))(line));
+  }
+  static int total_height(const Fl_Browser& list) {
+    return (list.*(&Inside::full_height))();
+  }
+  static int top_edge(const Fl_Browser& list) {
+    int x = 0, y = 0, w = 0, h = 0;
+    (list.*(&Inside::bbox))(x, y, w, h);
+    return y;
+  }
+};
+
+void send(int event, Fl_Window& window, int x, int y, int state) {
+  Fl::e_x = x;
+  Fl::e_y = y;
+  Fl::e_x_root = window.x() + x;
+  Fl::e_y_root = window.y() + y;
+  Fl::e_keysym = FL_Button + FL_LEFT_MOUSE;
+  Fl::e_state = state;
+  Fl::e_clicks = 0;
+  Fl::e_is_click = event == FL_PUSH;
+  Fl::handle(event, &window);
+}
+
+void send(int event, Fl_Browser& list, int line, int state) {
+  send(event, *list.window(), list.x() + list.w() / 2,
+       top_of(list, line) + height_of(list, line) / 2, state);
+}
+
+}  // namespace
+
+int height_of(const Fl_Browser& list, int line) {
+  return Inside::height(list, line);
+}
+
+int top_of(const Fl_Browser& list, int line) {
+  int y = Inside::top_edge(list) - list.position();
+  for (int above = 1; above < line; ++above) y += height_of(list, above);
+  return y;
+}
+
+int total_height_of(const Fl_Browser& list) {
+  return Inside::total_height(list);
+}
+
+void push(Fl_Browser& list, int line, int modifiers) {
+  send(FL_PUSH, list, line, modifiers | FL_BUTTON1);
+}
+
+void drag_to(Fl_Browser& list, int line, int modifiers) {
+  send(FL_MOVE, list, line, modifiers | FL_BUTTON1);
+}
+
+void release(Fl_Browser& list, int line, int modifiers) {
+  send(FL_RELEASE, list, line, modifiers);
+}
+
+void click(Fl_Browser& list, int line, int modifiers) {
+  push(list, line, modifiers);
+  send(FL_RELEASE, *list.window(), Fl::e_x, Fl::e_y, modifiers);
+}
+
+void click(Fl_Widget& widget) {
+  const int x = widget.x() + widget.w() / 2;
+  const int y = widget.y() + widget.h() / 2;
+  Fl_Window& window = *widget.window();
+  send(FL_PUSH, window, x, y, FL_BUTTON1);
+  send(FL_RELEASE, window, x, y, 0);
+}
+
+void push_below(Fl_Browser& list) {
+  send(FL_PUSH, *list.window(), list.x() + list.w() / 2,
+       list.y() + list.h() - 10, FL_BUTTON1);
+}
+
+void press_key(Fl_Window& window, int key, int modifiers) {
+  static char text[2] = "";
+  text[0] = key < 0x80 ? static_cast<char>(key) : '\0';
+  Fl::e_text = text;
+  Fl::e_length = text[0] == '\0' ? 0 : 1;
+  Fl::e_keysym = key;
+  Fl::e_state = modifiers;
+  Fl::handle(FL_KEYBOARD, &window);
+}
+
+// A pipe that always has something to read calls back from within every wait.
+ModalWatcher::ModalWatcher(Action what) : action(std::move(what)) {
+  if (pipe(pipe_ends) != 0 || write(pipe_ends[1], "x", 1) != 1)
+    throw std::runtime_error("no pipe");
+  Fl::add_fd(pipe_ends[0], look, this);
+}
+
+ModalWatcher::~ModalWatcher() {
+  Fl::remove_fd(pipe_ends[0]);
+  close(pipe_ends[0]);
+  close(pipe_ends[1]);
+}
+
+void ModalWatcher::look(int /*pipe*/, void* watcher) {
+  if (Fl::modal() != nullptr)
+    static_cast<ModalWatcher*>(watcher)->action(*Fl::modal());
+}
+
+MessageBoxes::MessageBoxes(std::function<bool()> until)
+    : ready(std::move(until)),
+      watcher([this](Fl_Window& window) { answer(window); }) {}
+
+// The icon is a label in a frame, the text is one without.
+void MessageBoxes::answer(Fl_Window& window) {
+  if (!ready()) return;
+  std::string icon;
+  std::string text;
+  std::vector<Fl_Widget*> buttons;
+  for (int i = 0; i < window.children(); ++i) {
+    Fl_Widget* widget = window.child(i);
+    if (!widget->visible()) continue;
+    if (dynamic_cast<Fl_Button*>(widget) != nullptr)
+      buttons.push_back(widget);
+    else if (widget->label() != nullptr)
+      (widget->box() == FL_NO_BOX ? text : icon) = widget->label();
+  }
+  boxes.push_back(icon + " " + text);
+  if (buttons.size() != 1) throw std::logic_error("not a message box");
+  buttons[0]->do_callback();
+}
+
+Fl_Widget* button_of(Fl_Group& group, const std::string& label) {
+  for (int i = 0; i < group.children(); ++i) {
+    Fl_Widget* widget = group.child(i);
+    if (!widget->visible()) continue;
+    if (dynamic_cast<Fl_Button*>(widget) != nullptr &&
+        widget->label() != nullptr && widget->label() == label)
+      return widget;
+    if (auto* inner = dynamic_cast<Fl_Group*>(widget))
+      if (Fl_Widget* found = button_of(*inner, label)) return found;
+  }
+  return nullptr;
+}

@@ -1,0 +1,80 @@
+// The hands and eyes of a user: mouse, keys, and the boxes that pop up.
+
+#ifndef ZELKOR_TESTS_GUI_USER_H
+#define ZELKOR_TESTS_GUI_USER_H
+
+#include <FL/Fl.H>
+#include <FL/Fl_Browser.H>
+#include <FL/Fl_Window.H>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+// Mouse events at the middle of a list's line, which must be in view. They are
+// handed to the toolkit as it hands on those of the X server, and have been
+// dealt with on return; `modifiers` are FL_CTRL or FL_SHIFT.
+void push(Fl_Browser& list, int line, int modifiers = 0);
+void drag_to(Fl_Browser& list, int line, int modifiers = 0);
+void release(Fl_Browser& list, int line, int modifiers = 0);
+
+/// Push and release.
+void click(Fl_Browser& list, int line, int modifiers = 0);
+
+/// A click at the middle of a widget.
+void click(Fl_Widget& widget);
+
+/// A push near a list's lower edge, below its lines.
+void push_below(Fl_Browser& list);
+
+/// A key, such as ' ' or FL_Down, for the widget that has the focus.
+void press_key(Fl_Window& window, int key, int modifiers = 0);
+
+/// The height of a line on screen, and where it begins in the window.
+int height_of(const Fl_Browser& list, int line);
+int top_of(const Fl_Browser& list, int line);
+
+/// The height of all lines as the list itself has it.
+int total_height_of(const Fl_Browser& list);
+
+/// Looks for a modal window each time the toolkit waits for events, and calls
+/// an action with it until it is gone. The action runs in the midst of event
+/// handling, as a user's own actions do, never in a timeout.
+class ModalWatcher {
+ public:
+  using Action = std::function<void(Fl_Window&)>;
+  explicit ModalWatcher(Action action);
+  ~ModalWatcher();
+  ModalWatcher(const ModalWatcher&) = delete;
+  ModalWatcher& operator=(const ModalWatcher&) = delete;
+
+ private:
+  static void look(int pipe, void* watcher);
+
+  Action action;
+  int pipe_ends[2];
+};
+
+/// Presses the one button of every message box that comes up while this lives,
+/// and keeps what the boxes showed: the icon, which is "!" for an alert and "i"
+/// for a message, a blank, and the text.
+class MessageBoxes {
+ public:
+  /// A box stays open until `ready` holds.
+  explicit MessageBoxes(std::function<bool()> ready = [] { return true; });
+
+  const std::vector<std::string>& seen() const { return boxes; }
+
+ private:
+  void answer(Fl_Window& window);
+
+  std::function<bool()> ready;
+  std::vector<std::string> boxes;
+  ModalWatcher watcher;
+};
+
+/// A visible button of a window, or of the groups in it, by its label; null
+/// when there is none.
+Fl_Widget* button_of(Fl_Group& group, const std::string& label);
+
+#endif
