@@ -32,8 +32,8 @@ class ramFILE {
   /// the text now in the buffer, 0 at the end of the file.
   ///
   ///   size  of the buffer, at least 1; like strncpy, the copy of a line that
-  ///   does not fit
-  ///         with its NUL is cut to `size` bytes and left without a NUL
+  ///         does not fit with its NUL is cut to `size` bytes and left without
+  ///         a NUL
   virtual int fgets(char* buffer, int size) = 0;
   /// Whether the read position has passed the last line, which is so as soon
   /// as that line has been handed out. True when not ok().
