@@ -483,6 +483,16 @@ TEST_F(GatherDeclarations, RecordsNoOtherOperators) {
   expect_opened(opened, no_user_operators);
 }
 
+// The step past "operator" goes beyond the end of these.
+TEST_F(GatherDeclarations, TakesAStepBeyondTheLineForItsEnd) {
+  EXPECT_EQ("", opened("interface operator\0 (.x.)"s));
+  EXPECT_EQ("", opened(std::string(1005, ' ') + "interface operator (.x.)"));
+  EXPECT_EQ("", opened(std::string(1004, ' ') + "interface operator (.x.)"));
+  EXPECT_EQ("", opened(std::string(1003, ' ') + "interface operator (.x.)"));
+  EXPECT_EQ("interface .",
+            opened(std::string(1002, ' ') + "interface operator (.x.)"));
+}
+
 TEST_F(GatherDeclarations, RecordsAnUnclosedOperatorWithTheRestOfItsLine) {
   expect_opened(opened, unclosed_operators);
 }

@@ -105,6 +105,14 @@ TEST_F(ClickDirectory, FirstTwoPointsOnlyTakeATrailingSlashAway) {
   EXPECT_EQ(folder.path().parent_path(), directory());
 }
 
+TEST_F(ClickDirectory, TwoPointsFromTheRootListTheWorkingDirectory) {
+  build();
+  change_dir_to(&ui, "//");
+  ASSERT_EQ("/", directory());
+  act_on("@b..");
+  EXPECT_EQ(path_of(""), directory());
+}
+
 TEST_F(ClickDirectory, TwoPointsFromUsrListTheWorkingDirectory) {
   build();
   change_dir_to(&ui, "/usr");
@@ -450,6 +458,27 @@ TEST_F(UserInDirectory, DragThatDeselectsDirectoriesEntersTheLastOne) {
   EXPECT_EQ(Lines{}, selection());
   EXPECT_EQ(Texts{}, boxes.seen());
   expect_change_after_event(path_of("here/d2"));
+}
+
+// The events that close a message box come in the midst of the drag.
+TEST_F(UserInDirectory, DragEntersADirectoryAfterADroppedOneAfterTheEvent) {
+  for (const int line : {2, 3, 4, 5}) list().select(line);
+  push(list(), 5, FL_CTRL);
+  EXPECT_EQ((Lines{2, 3, 4}), selection());
+  const MessageBoxes boxes;
+  drag_to(list(), 2, FL_CTRL);
+  EXPECT_EQ(Texts{dropping_message("..")}, boxes.seen());
+  EXPECT_EQ(Lines{}, selection());
+  expect_change_after_event(path_of("here/d2"));
+}
+
+TEST_F(UserInDirectory, ShiftRangeEntersADirectoryAfterADroppedOneAfterIt) {
+  for (const int line : {3, 5, 2}) list().select(line);
+  const MessageBoxes boxes;
+  click(list(), 5, FL_SHIFT);
+  EXPECT_EQ(Texts{dropping_message("..")}, boxes.seen());
+  EXPECT_EQ(Lines{}, selection());
+  expect_change_after_event(path_of("here/d1"));
 }
 
 TEST_F(UserInDirectory, DragFromTheBlankAreaBelow) {

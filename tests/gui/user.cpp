@@ -137,7 +137,9 @@ void MessageBoxes::answer(Fl_Window& window) {
   }
   boxes.push_back(icon + " " + text);
   if (buttons.size() != 1) throw std::logic_error("not a message box");
-  buttons[0]->do_callback();
+  if (Fl::pushed() != nullptr)
+    send(FL_RELEASE, *Fl::pushed()->window(), Fl::e_x, Fl::e_y, 0);
+  click(*buttons[0]);
 }
 
 Fl_Widget* button_of(Fl_Group& group, const std::string& label) {

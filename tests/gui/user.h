@@ -55,9 +55,10 @@ class ModalWatcher {
   int pipe_ends[2];
 };
 
-/// Presses the one button of every message box that comes up while this lives,
-/// and keeps what the boxes showed: the icon, which is "!" for an alert and "i"
-/// for a message, a blank, and the text.
+/// Clicks the one button of every message box that comes up while this lives,
+/// as a user does who lets go of mouse and keys before. Keeps what the boxes
+/// showed: the icon, which is "!" for an alert and "i" for a message, a blank,
+/// and the text.
 class MessageBoxes {
  public:
   /// A box stays open until `ready` holds.
