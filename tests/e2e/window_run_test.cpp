@@ -19,6 +19,7 @@
 
 #include "driver/version.h"
 #include "tests/support/capture.h"
+#include "tests/support/expose.h"
 #include "tests/support/program.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/virtual_display.h"
@@ -60,7 +61,7 @@ Pixels pixels_of_status(const std::string& text) {
   box.align(FL_ALIGN_LEFT | FL_ALIGN_INSIDE | FL_ALIGN_CLIP);
   window.end();
   window.show();
-  while (Fl_X::i(&window)->wait_for_expose != 0) Fl::wait();
+  wait_for_expose(window);
   Fl::flush();
   XSync(fl_display, False);
   Pixels pixels = status_pixels(fl_xid(&window));

@@ -2,10 +2,10 @@
 
 #include <FL/Fl.H>
 #include <FL/Fl_Multi_Browser.H>
-#include <FL/x.H>
 
 #include "gui/progress.h"
 #include "gui/special_browser.h"
+#include "tests/support/expose.h"
 
 void MainWindowTest::SetUp() { Fl::e_number = FL_NO_EVENT; }
 
@@ -32,8 +32,8 @@ Texts MainWindowTest::selected() const { return lines_of(*ui.selected_files); }
 
 void show_and_wait(Fl_Window& window) {
   window.show();
-  while (Fl_X::i(&window)->wait_for_expose != 0 || window.damage() != 0)
-    Fl::wait(0.02);
+  wait_for_expose(window);
+  while (window.damage() != 0) Fl::wait(0.02);
 }
 
 Texts lines_of(const Fl_Browser& list) {
