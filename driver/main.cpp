@@ -14,6 +14,7 @@
 #include "driver/settings.h"
 #include "driver/source_files.h"
 #include "driver/version.h"
+#include "gui/help_keys.h"
 #include "gui/special_browser.h"
 #include "gui/user_interface.h"
 
@@ -58,6 +59,7 @@ int main(int argc, char** argv) {
   const std::unique_ptr<Fl_Window> window(
       ui.make_window("Zelkor  " + version_text(build_date())));
   window->show();
+  offer_help_keys(window.get());
   select_files(ui, options);
   Fl::run();
   return 0;

@@ -1,0 +1,78 @@
+#include "gui/about.h"
+
+#include <FL/Fl.H>
+#include <FL/Fl_Box.H>
+#include <FL/Fl_Multiline_Output.H>
+#include <FL/Fl_Pixmap.H>
+#include <FL/Fl_Window.H>
+#include <FL/fl_draw.H>
+
+#include <algorithm>
+
+#include "analysis/words.h"
+#include "gui/dialog.h"
+
+int est_num_lines(const char* text, int width) {
+  int count = 0;
+  int line_begin = 0;    // where the current line began, in pixels
+  int previous_end = 0;  // where the previous word ended, in pixels
+  for (int i = 0;; ++i) {
+    const bool at_end = text[i] == '\0';
+    if (!at_end && !is_white_space(text[i])) continue;
+    const int end = static_cast<int>(fl_width(text, i));
+    if (text[i] == '\n' || end - line_begin > width) {
+      line_begin = line_begin < previous_end ? previous_end : end;
+      ++count;
+    }
+    if (at_end) return count;
+    previous_end = end;
+  }
+}
+
+static void settle_events() {
+  Fl::wait(0.5);
+  while (Fl::ready()) Fl::wait(0.125);
+}
+
+bool fl_about(char** xpm, const char* title, const char* text,
+              Fl_Window* parent) {
+  const int font_size = 12;
+  fl_font(FL_HELVETICA, font_size);
+  const int text_height = (2 * est_num_lines(text, 394) + 1) * fl_height() / 2;
+
+  Fl_Pixmap logo(xpm);
+  const int logo_width = logo.w();
+  const int logo_height = logo.h();
+  const int width = std::max(logo_width, 400);
+  settle_events();
+
+  const auto background = static_cast<Fl_Color>(49);
+  Fl_Group* const group = Fl_Group::current();
+  Fl_Group::current(nullptr);
+  Fl_Dialog dialog(parent->x() + parent->w() / 2, parent->y() + parent->h() / 2,
+                   width + 20, logo_height + 25 + text_height + 70, title);
+  dialog.color(background);
+  // clang-format off
+  dialog.work_area()->begin();
+  { Fl_Box* o = new Fl_Box((width - logo_width) / 2 + 10, 10, logo_width, logo_height);
+    o->box(FL_FLAT_BOX);
+    o->color(background);
+    o->align(FL_ALIGN_INSIDE);
+    o->image(logo);
+  } // Fl_Box* o
+  { Fl_Multiline_Output* o = new Fl_Multiline_Output(10, logo_height + 40, width, text_height, title);
+    o->type(FL_MULTILINE_OUTPUT_WRAP);
+    o->box(FL_FLAT_BOX);
+    o->color(background);
+    o->labelsize(16);
+    o->align(FL_ALIGN_TOP);
+    o->textfont(FL_HELVETICA);
+    o->textsize(font_size);
+    o->value(text);
+    dialog.work_area()->resizable(o);
+  } // Fl_Multiline_Output* o
+  dialog.work_area()->end();
+  // clang-format on
+  Fl_Group::current(group);
+  return dialog.run() == 1;
+}

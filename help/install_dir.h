@@ -1,0 +1,34 @@
+// Where the maker's programs are installed, and the handbook below that.
+
+#ifndef ZELKOR_HELP_INSTALL_DIR_H
+#define ZELKOR_HELP_INSTALL_DIR_H
+
+#include <sys/types.h>
+
+#include <string>
+
+/// The common installation directory, without a trailing "/": the value of
+/// QUMBRA_HOME; else ".qumbra" in the home directory, if it is there; else the
+/// directory below which a sibling program lies in PATH; else "/qumbra".
+/// Determined by the first call for the life of the process.
+const std::string& QUMBRA_DIR();
+
+/// Looks for a file in the directories of an environment variable, which are
+/// separated by ":". Returns the first path that exists, or the empty text.
+///
+/// The name by itself, relative to the working directory, is tried first.
+/// Deliberate: the last directory of the variable is never tried.
+std::string find_file(const std::string& file, const char* variable);
+
+/// Turns backslashes into slashes, then removes one trailing "/".
+void fix_path(std::string& path);
+
+/// The size of a file or directory. 0 when there is none and also,
+/// deliberately, when it is empty.
+off_t file_exists(const std::string& path);
+
+/// The path of a program's handbook in the installation directory, whether or
+/// not it exists.
+std::string locate_handbook(const std::string& program);
+
+#endif

@@ -1,0 +1,419 @@
+#include "gui/about.h"
+
+#include <FL/Fl.H>
+#include <FL/Fl_Box.H>
+#include <FL/Fl_Multiline_Output.H>
+#include <FL/Fl_Pack.H>
+#include <FL/Fl_Pixmap.H>
+#include <FL/fl_draw.H>
+#include <FL/x.H>
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "gui/dialog.h"
+#include "tests/gui/main_window_fixture.h"
+#include "tests/gui/modal.h"
+#include "tests/gui/pixels.h"
+#include "tests/gui/place.h"
+#include "tests/gui/user.h"
+
+namespace {
+
+const int font_size = 12;
+
+// --- Counting lines ---
+
+// The width in pixels up to a character, and of the characters between two.
+int width_to(const std::string& text, int i) {
+  return static_cast<int>(fl_width(text.c_str(), i));
+}
+int width_of(const std::string& text, int from, int to) {
+  return width_to(text, to) - width_to(text, from);
+}
+
+struct LinesRow {
+  const char* text;
+  int from, to;  // the box is as wide as these characters
+  int narrower;  // less so many pixels
+  int count;
+};
+
+void expect_counts(const std::vector<LinesRow>& rows) {
+  fl_open_display();
+  fl_font(FL_HELVETICA, font_size);
+  for (const LinesRow& row : rows) {
+    const int width = width_of(row.text, row.from, row.to) - row.narrower;
+    EXPECT_EQ(row.count, est_num_lines(row.text, width))
+        << "\"" << row.text << "\" in a box " << row.narrower
+        << " pixels narrower than " << row.from << " to " << row.to;
+  }
+}
+
+const int far = -1000;  // so much wider that nothing has to be broken
+
+TEST(EstNumLines, EmptyTextHasNoLineBreak) {
+  expect_counts({{"", 0, 0, far, 0}, {"", 0, 0, 0, 0}});
+}
+
+TEST(EstNumLines, LastLineCountsOnlyWithALineEnd) {
+  expect_counts({
+      {"one", 0, 0, far, 0},
+      {"one\n", 0, 0, far, 1},
+      {"one\ntwo", 0, 0, far, 1},
+      {"one\ntwo\n", 0, 0, far, 2},
+      {"one two three", 0, 0, far, 0},
+      {"one two three\n", 0, 0, far, 1},
+  });
+}
+
+TEST(EstNumLines, EveryLineEndCounts) {
+  expect_counts({
+      {"\n", 0, 0, far, 1},
+      {"\n\n\n", 0, 0, far, 3},
+      {"one\n\ntwo\n\n\n", 0, 0, far, 5},
+  });
+}
+
+TEST(EstNumLines, WordThatWouldBeTooWideStartsTheNextLine) {
+  expect_counts({
+      {"aa bb", 0, 5, 0, 0},
+      {"aa bb", 0, 5, 1, 1},
+      {"aa bb ccc", 0, 5, 0, 1},
+      // " bb ccc" is wider than "aa bb" less a pixel: bb and ccc part too.
+      {"aa bb ccc", 0, 5, 1, 2},
+      {"aa bb cc dd", 0, 8, 0, 1},
+  });
+}
+
+TEST(EstNumLines, BlankBeforeTheMovedWordGoesWithIt) {
+  expect_counts({
+      {"aaaa bb", 4, 7, 0, 1},
+      {"aaaa bb", 4, 7, 1, 2},
+      {"aaaa bb cc", 4, 10, 0, 1},
+      {"aaaa bb cc", 4, 10, 1, 2},
+  });
+}
+
+TEST(EstNumLines, WordWiderThanTheBoxIsALineOfItsOwn) {
+  expect_counts({
+      {"wwwwwwwwww", 0, 10, 0, 0},
+      {"wwwwwwwwww", 0, 10, 1, 1},
+      {"wwwwwwwwww", 0, 2, 0, 1},
+      {"wwwwwwwwww aa", 0, 10, 1, 1},
+      {"aa wwwwwwwwww bb", 3, 13, 1, 2},
+      {"wwwwwwwwww wwwwwwwwww wwwwwwwwww", 0, 10, 1, 3},
+  });
+}
+
+// Deliberate: also at a line end the line is taken to end before its last word,
+// which then takes room from the next one.
+TEST(EstNumLines, LastWordBeforeALineEndCountsForTheNextLineToo) {
+  expect_counts({
+      {"aa bb\ncc", 2, 8, 0, 1},
+      {"aa bb\ncc", 2, 8, 1, 2},
+      {"aa\ncc", 2, 5, 0, 1},
+  });
+}
+
+TEST(EstNumLines, LineThatOverflowsAtALineEndIsCountedOnce) {
+  expect_counts({{"aaaa bb\n", 0, 7, 1, 1}, {"aaaa bb\ncc", 0, 7, 1, 1}});
+}
+
+TEST(EstNumLines, AllWhiteSpaceEndsWords) {
+  expect_counts({
+      {"aaa bbb cccc", 0, 7, 1, 2},
+      {"aaa\tbbb cccc", 0, 7, 1, 2},
+      {"aaa\vbbb cccc", 0, 7, 1, 2},
+      {"aaa\fbbb cccc", 0, 7, 1, 2},
+      {"aaa\rbbb cccc", 0, 7, 1, 2},
+      {"aaa-bbb cccc", 0, 7, 1, 1},
+      {"aaa\xa0"
+       "bbb cccc",
+       0, 7, 1, 1},
+      {"aaa\x85"
+       "bbb cccc",
+       0, 7, 1, 1},
+  });
+}
+
+TEST(EstNumLines, MeasuresInTheCurrentFont) {
+  fl_open_display();
+  const std::string text = "some words that fit";
+  const int length = static_cast<int>(text.size());
+  fl_font(FL_HELVETICA, font_size);
+  const int width = width_to(text, length);
+  EXPECT_EQ(0, est_num_lines(text.c_str(), width));
+  fl_font(FL_HELVETICA, 2 * font_size);
+  EXPECT_GT(est_num_lines(text.c_str(), width), 0);
+}
+
+TEST(EstNumLines, LongTextsEnd) {
+  fl_open_display();
+  fl_font(FL_HELVETICA, font_size);
+  EXPECT_EQ(1, est_num_lines(std::string(3000, 'w').c_str(), 394));
+  std::string words;
+  for (int i = 0; i < 1000; ++i) words += "w\n";
+  EXPECT_EQ(1000, est_num_lines(words.c_str(), 394));
+}
+
+// --- The box ---
+
+// A one-coloured picture.
+class Picture {
+ public:
+  Picture(int w, int h)
+      : texts{std::to_string(w) + " " + std::to_string(h) + " 1 1",
+              "a c #FF0000"} {
+    texts.resize(2 + static_cast<std::size_t>(h),
+                 std::string(static_cast<std::size_t>(w), 'a'));
+    for (std::string& text : texts) rows.push_back(text.data());
+  }
+  char** xpm() { return rows.data(); }
+
+ private:
+  std::vector<std::string> texts;
+  std::vector<char*> rows;
+};
+
+// The height of a text block of so many counted lines.
+int block_height(int lines) {
+  fl_font(FL_HELVETICA, font_size);
+  return (2 * lines + 1) * fl_height() / 2;
+}
+
+class About : public testing::Test {
+ protected:
+  void SetUp() override { show_and_wait(parent); }
+  void TearDown() override {
+    parent.hide();
+    Fl::check();
+  }
+
+  // Shows the box, looks at it and presses "okay".
+  bool about(
+      Picture picture, const char* text,
+      const std::function<void(Fl_Dialog&)>& look = [](Fl_Dialog&) {}) {
+    return answered(std::move(picture), text, [&](Fl_Window& window) {
+      look(dynamic_cast<Fl_Dialog&>(window));
+      click(*button_of(window, "okay"));
+    });
+  }
+  bool answered(Picture picture, const char* text,
+                const ModalWatcher::Action& action) {
+    const WhenModal user(action);
+    return fl_about(picture.xpm(), title, text, &parent);
+  }
+  int height_of_text(const char* text) {
+    int height = -1;
+    about({20, 10}, text,
+          [&](Fl_Dialog& dialog) { height = output(dialog).h(); });
+    return height;
+  }
+
+  static Fl_Box& logo(Fl_Dialog& dialog) {
+    return dynamic_cast<Fl_Box&>(*dialog.work_area()->child(0));
+  }
+  static Fl_Multiline_Output& output(Fl_Dialog& dialog) {
+    return dynamic_cast<Fl_Multiline_Output&>(*dialog.work_area()->child(1));
+  }
+
+  const char* const title = "About Zelkor";
+  Fl_Window parent{301, 203, 333, 277, "parent"};
+};
+
+TEST_F(About, TellsWhetherOkayWasPressed) {
+  EXPECT_TRUE(about({20, 10}, "text"));
+  EXPECT_FALSE(answered({20, 10}, "text", [](Fl_Window& window) {
+    click(*button_of(window, "cancel"));
+  }));
+}
+
+TEST_F(About, ClosedByTheWindowManagerCountsAsCancel) {
+  bool closed = false;
+  EXPECT_FALSE(answered({20, 10}, "text", [&](Fl_Window& window) {
+    if (!closed) close_by_window_manager(window);
+    closed = true;
+  }));
+}
+
+TEST_F(About, IsATitledDialogCentredOverItsParent) {
+  about({20, 10}, "one\ntwo\n", [&](Fl_Dialog& dialog) {
+    const int h = 10 + 25 + block_height(2) + 70;
+    // The parent's middle is 301 + 166, 203 + 138.
+    EXPECT_EQ((Place{467 - 210, 341 - h / 2, 420, h}), place_of(dialog));
+    EXPECT_STREQ(title, dialog.label());
+    EXPECT_EQ(49u, dialog.color());
+    EXPECT_TRUE(dialog.modal());
+    EXPECT_EQ(2, dialog.work_area()->children());
+  });
+}
+
+TEST_F(About, LogoNarrowerThan400IsCentredOverABlockOf400) {
+  const struct {
+    int width, x;
+  } rows[] = {{180, 120}, {33, 193}, {399, 10}, {400, 10}};
+  for (const auto& row : rows)
+    about({row.width, 18}, "one\n", [&](Fl_Dialog& dialog) {
+      EXPECT_EQ(420, dialog.w());
+      EXPECT_EQ((Place{row.x, 10, row.width, 18}), place_of(logo(dialog)));
+      EXPECT_EQ((Place{10, 58, 400, block_height(1)}),
+                place_of(output(dialog)));
+    });
+}
+
+TEST_F(About, WiderLogoWidensTheDialogToItsWidthPlus20) {
+  for (const int width : {401, 555})
+    about({width, 31}, "one\n", [&](Fl_Dialog& dialog) {
+      EXPECT_EQ(width + 20, dialog.w());
+      EXPECT_EQ(31 + 25 + block_height(1) + 70, dialog.h());
+      EXPECT_EQ((Place{10, 10, width, 31}), place_of(logo(dialog)));
+      EXPECT_EQ((Place{10, 71, width, block_height(1)}),
+                place_of(output(dialog)));
+    });
+}
+
+TEST_F(About, LogoIsAFlatBoxWithThePicture) {
+  about({20, 10}, "one\n", [&](Fl_Dialog& dialog) {
+    Fl_Box& box = logo(dialog);
+    EXPECT_EQ(nullptr, box.label());
+    EXPECT_EQ(FL_FLAT_BOX, box.box());
+    EXPECT_EQ(49u, box.color());
+    EXPECT_EQ(FL_ALIGN_INSIDE, box.align());
+    ASSERT_NE(nullptr, dynamic_cast<Fl_Pixmap*>(box.image()));
+    EXPECT_EQ(20, box.image()->w());
+    EXPECT_EQ(10, box.image()->h());
+  });
+}
+
+TEST_F(About, PictureIsOnScreen) {
+  about({20, 10}, "one\n", [&](Fl_Dialog& dialog) {
+    const Pixels red = drawn(20, 10, FL_BLACK, [] {
+      fl_color(FL_RED);
+      fl_rectf(0, 0, 20, 10);
+    });
+    EXPECT_EQ(red, shown(*dialog.work_area(), 200, 10, 20, 10));
+  });
+}
+
+TEST_F(About, TextIsReadOnlyAndWrapped) {
+  about({20, 10}, "one @two\nthree", [&](Fl_Dialog& dialog) {
+    Fl_Multiline_Output& text = output(dialog);
+    EXPECT_STREQ("one @two\nthree", text.value());
+    EXPECT_EQ(FL_MULTILINE_OUTPUT_WRAP, text.type());
+    EXPECT_TRUE(text.readonly());
+    EXPECT_TRUE(text.wrap());
+    EXPECT_EQ(FL_FLAT_BOX, text.box());
+    EXPECT_EQ(49u, text.color());
+    EXPECT_EQ(FL_HELVETICA, text.textfont());
+    EXPECT_EQ(12, text.textsize());
+  });
+}
+
+TEST_F(About, TitleStandsAboveTheText) {
+  about({20, 10}, "one\n", [&](Fl_Dialog& dialog) {
+    EXPECT_STREQ(title, output(dialog).label());
+    EXPECT_EQ(16, output(dialog).labelsize());
+    EXPECT_EQ(FL_ALIGN_TOP, output(dialog).align());
+  });
+}
+
+TEST_F(About, TextTakesUpWhatTheWorkAreaGains) {
+  about({20, 10}, "one\n", [&](Fl_Dialog& dialog) {
+    EXPECT_EQ(&output(dialog), dialog.work_area()->resizable());
+    EXPECT_EQ(dialog.work_area(), dialog.resizable());
+  });
+}
+
+TEST_F(About, BlockIsHalfALineHigherThanTheCountedLines) {
+  const struct {
+    const char* text;
+    int lines;
+  } rows[] = {{"", 0},         {"one", 0},        {"one\n", 1},
+              {"one\ntwo", 1}, {"one\ntwo\n", 2}, {"one\n\nthree\n", 3}};
+  for (const auto& row : rows)
+    EXPECT_EQ(block_height(row.lines), height_of_text(row.text)) << row.text;
+}
+
+// A word of so many pixels: m's, then another letter again and again.
+std::string word_of(int width) {
+  fl_font(FL_HELVETICA, font_size);
+  const auto excess = [&](const std::string& word) {
+    return width_to(word, static_cast<int>(word.size())) - width;
+  };
+  for (std::string wide; excess(wide) <= 0; wide += 'm')
+    for (const char letter : {'i', '.', 't', 'a', 'w'})
+      for (std::string word = wide; excess(word) <= 0; word += letter)
+        if (excess(word) == 0) return word;
+  ADD_FAILURE() << "no word of " << width << " pixels";
+  return "";
+}
+
+TEST_F(About, LineBreaksWhenAWordWouldMakeItWiderThan394) {
+  EXPECT_EQ(block_height(0), height_of_text(word_of(394).c_str()));
+  EXPECT_EQ(block_height(1), height_of_text(word_of(395).c_str()));
+}
+
+TEST_F(About, MeasuresInItsOwnFontWhateverFontIsCurrent) {
+  const std::string text = word_of(394);
+  int height = 0;
+  fl_font(FL_COURIER, 40);
+  answered({20, 10}, text.c_str(), [&](Fl_Window& window) {
+    height = output(dynamic_cast<Fl_Dialog&>(window)).h();
+    click(*button_of(window, "okay"));
+  });
+  EXPECT_EQ(block_height(0), height);
+}
+
+// Reads one of several waiting bytes for each event and notes whether the box
+// was there already.
+struct PendingEvents {
+  PendingEvents() {
+    if (pipe(ends) != 0 || write(ends[1], "abcd", 4) != 4) abort();
+    Fl::add_fd(ends[0], read_one, this);
+  }
+  ~PendingEvents() {
+    Fl::remove_fd(ends[0]);
+    close(ends[0]);
+    close(ends[1]);
+  }
+  static void read_one(int end, void* self) {
+    auto& that = *static_cast<PendingEvents*>(self);
+    char byte = '\0';
+    if (read(end, &byte, 1) != 1) abort();
+    ++(Fl::modal() == nullptr ? that.before : that.after);
+  }
+  int ends[2];
+  int before = 0;
+  int after = 0;
+};
+
+TEST_F(About, ShowsOnceThePendingEventsAreDealtWith) {
+  PendingEvents events;
+  about({20, 10}, "text");
+  EXPECT_EQ(4, events.before);
+  EXPECT_EQ(0, events.after);
+}
+
+TEST_F(About, AddsNothingToTheGroupThatIsOpen) {
+  Fl_Window open(10, 10, 100, 100);
+  about({20, 10}, "text");
+  EXPECT_EQ(0, open.children());
+  open.end();
+}
+
+TEST_F(About, LeavesNoWindowBehind) {
+  const Fl_Window* const before = Fl::first_window();
+  for (int i = 0; i < 2; ++i) {
+    about({20, 10}, "text");
+    EXPECT_EQ(nullptr, Fl::modal());
+    EXPECT_EQ(before, Fl::first_window());
+    EXPECT_EQ(nullptr, Fl::next_window(before));
+  }
+}
+
+}  // namespace

@@ -1,0 +1,12 @@
+// Tests that need a process nobody used before them.
+
+#ifndef ZELKOR_TESTS_SUPPORT_ALONE_H
+#define ZELKOR_TESTS_SUPPORT_ALONE_H
+
+#include <functional>
+
+/// Runs the body of the current test in a process of its own: starts this
+/// program again for this one test. A failure there is a failure here.
+void alone(const std::function<void()>& body);
+
+#endif

@@ -1,0 +1,28 @@
+// Small programs that tests write.
+
+#ifndef ZELKOR_TESTS_SUPPORT_SCRIPT_H
+#define ZELKOR_TESTS_SUPPORT_SCRIPT_H
+
+#include <filesystem>
+#include <string>
+
+#include "tests/support/temporary_folder.h"
+
+/// Writes a shell script that can be run; returns its absolute path.
+inline std::string write_script(const std::string& path,
+                                const std::string& commands) {
+  write_file(path, "#!/bin/sh\n" + commands);
+  std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+  return std::filesystem::absolute(path);
+}
+
+/// Writes a browser that does nothing but note the words it is given, each in a
+/// line of the file "words" beside it.
+inline std::string write_browser(const std::string& path = "browser") {
+  const std::string words =
+      std::filesystem::absolute(path).parent_path() / "words";
+  return write_script(path, "printf '%s\\n' \"$@\" >'" + words + ".new'\n" +
+                                "mv '" + words + ".new' '" + words + "'\n");
+}
+
+#endif
