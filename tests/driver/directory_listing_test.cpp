@@ -108,6 +108,7 @@ TEST_F(IsDirectory, TakesPathsOfAnyLength) {
   fs::create_directories(path);
   EXPECT_TRUE(is_directory(path));
   EXPECT_TRUE(is_directory(path.substr(0, path.size() - 1)));
+  EXPECT_TRUE(is_directory(path + "//"));
   EXPECT_FALSE(is_directory(path + "missing/"));
   EXPECT_FALSE(is_directory(std::string(100000, 'd') + "/"));
 }
