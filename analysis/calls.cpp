@@ -20,21 +20,22 @@ static void record_reference(const char* word, char** file, int line_number) {
 }
 
 void gather_calls(char** file, bool fixed_form) {
-  std::FILE* source = std::fopen(*file, "r");
-  if (source == nullptr) return;
+  SourceLines source(*file, fixed_form);
+  if (!source.is_open()) return;
   if (verbose > 0) {
     std::printf("Generating XREF for %s...", *file);
     std::fflush(stdout);
   }
 
-  SourceLine line;
-  for (int line_number = 1; read_source_line(source, fixed_form, line);
-       ++line_number) {
-    for (Word word; next_word(line.scanned, word);)
-      record_reference(word.text, file, line_number);
+  while (source.next()) {
+    for (Word word; next_word(source.scanned(), word);) {
+      if (!may_be_declared(word.hash)) continue;
+      char text[word_size];
+      copy_word(source.scanned(), word, text);
+      record_reference(text, file, source.number());
+    }
   }
 
-  std::fclose(source);
   if (verbose > 0) {
     std::puts("OK");
     std::fflush(stdout);

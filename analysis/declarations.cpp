@@ -7,18 +7,50 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <memory>
 
+#include "analysis/hash_table.h"
 #include "analysis/keywords.h"
 #include "analysis/normalise.h"
 #include "analysis/ram_file.h"
-#include "analysis/source_lines.h"
 #include "analysis/words.h"
 #include "driver/settings.h"
 
 Declaration::Registry Declaration::decs;
 
+HashFilter declared_names;
+
 namespace {
+
+using Entry = Declaration::Registry::iterator;
+
+// The units of one name.
+struct Namesakes {
+  Entry first;
+  int count;
+};
+
+// Stands before the ordered search of the registry and answers most questions
+// without it. Of several names that share a hash only the one that came first
+// is known here.
+HashTable<Namesakes> names;
+
+// The lines that declare a unit; few do.
+HashFilter declaring_lines;
+
+// The records of a set are small and many: in chunks they take less memory.
+std::pmr::unsynchronized_pool_resource caller_memory(std::pmr::pool_options{
+    /*max_blocks_per_chunk=*/1 << 12,
+    /*largest_required_pool_block=*/64});
+
+unsigned times_emptied = 0;
+
+std::uint64_t hash_of_place(char** file, int line) {
+  const std::uint64_t odd = 0xD6E8FEB86659FD93u;
+  return reinterpret_cast<std::uintptr_t>(file) * odd +
+         static_cast<std::uint64_t>(line);
+}
 
 // The units of the last run stay in the registry until the program ends. This
 // object is destroyed before the registry, and destroys them.
@@ -44,15 +76,28 @@ static char* copy_of(const char* text) {
 void Declaration::forget_all() {
   for (const auto& entry : decs) delete entry.second;
   decs.clear();
+  names.clear();
+  declared_names.clear();
+  declaring_lines.clear();
+  caller_memory.release();
+  ++times_emptied;
 }
+
+unsigned Declaration::run() { return times_emptied; }
 
 Declaration::Declaration(DecType unit_type, const char* unit_name,
                          char** source, int source_line)
     : type(unit_type),
       file(source),
       name(copy_of(unit_name)),
-      line(source_line) {
-  decs.emplace(upper_case(name), this);
+      line(source_line),
+      callers(&caller_memory) {
+  const Entry entry = decs.emplace(upper_case(name), this);
+  const NameHash hash = hash_of(name);
+  declared_names.add(hash);
+  Namesakes* const known = names.try_emplace(hash, Namesakes{entry, 0}).first;
+  if (known->first->first == entry->first) ++known->count;
+  declaring_lines.add(hash_of_place(file, line));
 }
 
 Declaration::~Declaration() { delete[] name; }
@@ -62,22 +107,39 @@ bool Declaration::Is(const char* text) const {
 }
 
 void Declaration::add_calling(char** source, int source_line) {
-  callers.insert({source, source_line});
+  // Most references come in the order of the set.
+  callers.insert(callers.end(), {source, source_line});
+}
+
+// Whether a word is a name whose upper-case form is given.
+static bool is_name(const char* word, const std::string& key) {
+  for (const char c : key)
+    if (to_upper(*word++) != c) return false;
+  return *word == '\0';
+}
+
+static Namesakes find_namesakes(const char* word) {
+  const Namesakes* known = names.find(hash_of(word));
+  if (known == nullptr) return {Declaration::decs.end(), 0};
+  if (is_name(word, known->first->first)) return *known;
+
+  const auto [first, last] = Declaration::decs.equal_range(upper_case(word));
+  const auto count = static_cast<int>(std::distance(first, last));
+  return {count > 0 ? first : Declaration::decs.end(), count};
 }
 
 Declaration::Registry::iterator isDeclaration(const char* word, char** file,
                                               int line, int& self, int& count) {
+  const Namesakes found = find_namesakes(word);
+  count = found.count;
   self = 0;
-  count = 0;
-  const std::string key = upper_case(word);
-  const auto first = Declaration::decs.lower_bound(key);
-  for (auto entry = first;
-       entry != Declaration::decs.end() && entry->first == key; ++entry) {
-    ++count;
+  if (!declaring_lines.may_contain(hash_of_place(file, line)))
+    return found.first;
+  Entry entry = found.first;
+  for (int index = 1; index <= count; ++index, ++entry)
     if (entry->second->file == file && entry->second->line == line)
-      self = count;
-  }
-  return count > 0 ? first : Declaration::decs.end();
+      self = index;
+  return found.first;
 }
 
 // Reads the operator of an interface statement; `position` is the first column
@@ -133,9 +195,11 @@ static bool read_unit_name(const Marker& keyword, const char* line,
 // The unit keyword that begins a line, or null; `consumed` receives the
 // position just past it.
 static const Marker* find_keyword(const char* line, int* consumed) {
+  const char initial = to_upper(line[skip_white_space(line, 0)]);
   for (const Marker* keyword = Marker::first; keyword != nullptr;
        keyword = keyword->next)
-    if (keyword->In(line, consumed)) return keyword;
+    if (keyword->name[0] == initial && keyword->In(line, consumed))
+      return keyword;
   return nullptr;
 }
 
@@ -158,9 +222,9 @@ void gather_declarations(char** file, bool fixed_form) {
   if (source == nullptr) return;
   hide_F90_strings_comments(source.get(), fixed_form);
 
-  char line[line_size];
+  char line[stored_line_size];
   for (int line_number = 1;; ++line_number) {
-    if (fgets(line, line_size, source.get()) == 0) break;
+    if (fgets(line, stored_line_size, source.get()) == 0) break;
     // Deliberate: a file is at its end as soon as its last line is handed out,
     // so that line is never examined.
     if (at_eof(source.get(), verbose > 0)) break;

@@ -4,11 +4,18 @@
 #define ZELKOR_ANALYSIS_DECLARATIONS_H
 
 #include <map>
+#include <memory_resource>
 #include <set>
 #include <string>
 
 #include "analysis/calling.h"
 #include "analysis/dec_type.h"
+#include "analysis/hash_filter.h"
+#include "analysis/words.h"
+
+/// The references to a unit. Their memory is taken from one place and given
+/// back together, when the registry is emptied.
+using Callers = std::pmr::set<Calling>;
 
 /// One program unit. It is built with `new`; building it enters it in the
 /// registry, which owns it from then on.
@@ -22,6 +29,10 @@ class Declaration {
 
   /// Empties the registry and destroys the units that it held.
   static void forget_all();
+
+  /// The number of times that the registry was emptied: what was worked out
+  /// from its units holds as long as this stays the same.
+  static unsigned run();
 
   /// Registers a unit.
   ///
@@ -43,11 +54,20 @@ class Declaration {
   char** file;  ///< not owned
   char* name;   ///< owned
   int line;
-  std::set<Calling> callers;
+  Callers callers;
 
  private:
   ~Declaration();  // by forget_all() alone
 };
+
+/// The hashes of all names in the registry.
+extern HashFilter declared_names;
+
+/// Whether a unit may have a name of this hash. Most words name nothing, and
+/// false is the certain and quick answer for nearly all of them.
+inline bool may_be_declared(NameHash hash) {
+  return declared_names.may_contain(hash);
+}
 
 /// Looks a word up in the registry, without regard to case.
 ///

@@ -1,5 +1,6 @@
 #include "analysis/normalise.h"
 
+#include <cstring>
 #include <string>
 
 #include "analysis/ram_file.h"
@@ -20,14 +21,15 @@ static void hide_fixed_form_comment(char* line) {
 // Deliberate: the apostrophe delimits nothing, so its strings stay visible and
 // a "!" inside one starts a comment.
 static void hide_free_form(char* line) {
-  for (char* at = line; *at != '\0';) {
+  for (char* at = line;;) {
+    at += std::strcspn(at, "!\"");
     if (*at == '!') {
       at = blank_up_to(at, '\n');
     } else if (*at == '"') {
       at = blank_up_to(at + 1, '"');
       if (*at == '"') ++at;
     } else {
-      ++at;
+      return;
     }
   }
 }
@@ -47,12 +49,12 @@ static ramFILE_imp& lines_of(ramFILE* file) {
 void hide_F90_strings_comments(ramFILE* file, bool fixed_form) {
   if (file == nullptr) return;
   file->rewind();
-  for (std::string& line : lines_of(file))
+  for (auto& line : lines_of(file))
     hide_F90_strings_comments(line.data(), fixed_form);
 }
 
 // The length of a line without its final "\n", "\r" or "\r\n".
-static std::size_t length_without_line_end(const std::string& line) {
+static std::size_t length_without_line_end(std::string_view line) {
   std::size_t length = line.size();
   if (length > 0 && line[length - 1] == '\n') --length;
   if (length > 0 && line[length - 1] == '\r') --length;

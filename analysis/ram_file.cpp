@@ -7,6 +7,9 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <string_view>
+
+#include "analysis/pieces.h"
 
 ramFILE* ramFILE::New(const char* path) {
   auto file = std::make_unique<ramFILE_imp>(path);
@@ -19,12 +22,10 @@ ramFILE_imp::ramFILE_imp(const char* source_path) : path(source_path) {
 
 void ramFILE_imp::reload() {
   release();
-  if (std::FILE* source = std::fopen(path.c_str(), "r")) {
-    char piece[stored_line_size];
-    while (std::fgets(piece, stored_line_size, source) != nullptr)
-      lines.emplace_back(piece);
-    std::fclose(source);
-  }
+  Pieces pieces(path.c_str(), stored_line_size);
+  std::string_view piece;
+  while (pieces.is_open() && pieces.next(piece))
+    lines.emplace_back(piece, &memory);
   rewind();
 }
 
@@ -44,7 +45,10 @@ int ramFILE_imp::fgets(char* buffer, int size) {
 
 bool ramFILE_imp::at_eof() { return !ok() || cursor == lines.end(); }
 
-void ramFILE_imp::release() { lines.clear(); }
+void ramFILE_imp::release() {
+  lines.clear();
+  memory.release();
+}
 
 int fgets(char* buffer, int size, ramFILE* file) {
   return file->fgets(buffer, size);

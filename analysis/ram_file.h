@@ -7,6 +7,7 @@
 #ifndef ZELKOR_ANALYSIS_RAM_FILE_H
 #define ZELKOR_ANALYSIS_RAM_FILE_H
 
+#include <memory_resource>
 #include <string>
 #include <vector>
 
@@ -50,7 +51,7 @@ class ramFILE {
 /// The implementation of ramFILE, for those who edit the lines in place.
 class ramFILE_imp final : public ramFILE {
  public:
-  using Lines = std::vector<std::string>;
+  using Lines = std::vector<std::pmr::string>;
 
   /// Keeps the path and loads the file.
   explicit ramFILE_imp(const char* path);
@@ -70,6 +71,7 @@ class ramFILE_imp final : public ramFILE {
   void release();
 
  private:
+  std::pmr::monotonic_buffer_resource memory;  // of the lines' texts
   std::string path;
   Lines lines;
   Lines::iterator cursor;

@@ -5,11 +5,17 @@
 #include "analysis/normalise.h"
 #include "driver/settings.h"
 
-bool read_source_line(std::FILE* source, bool fixed_form, SourceLine& line) {
-  if (std::fgets(line.raw, line_size, source) == nullptr) return false;
-  if (std::feof(source)) return false;
-  std::memcpy(line.scanned, line.raw, std::strlen(line.raw) + 1);
-  if (html_style & HIDE_STRINGS_AND_COMMENTS)
-    hide_F90_strings_comments(line.scanned, fixed_form);
+SourceLines::SourceLines(const char* path, bool fixed_form)
+    : pieces(path, line_size), is_fixed_form(fixed_form) {}
+
+bool SourceLines::next() {
+  if (!pieces.next(raw_text) || pieces.at_end()) return false;
+  ++line_number;
+  scanned_text = raw_text.data();
+  if (html_style & HIDE_STRINGS_AND_COMMENTS) {
+    std::memcpy(blanked, raw_text.data(), raw_text.size() + 1);
+    hide_F90_strings_comments(blanked, is_fixed_form);
+    scanned_text = blanked;
+  }
   return true;
 }

@@ -1,28 +1,15 @@
 #include "analysis/words.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "driver/settings.h"
-
-bool is_white_space(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-
-int skip_white_space(const char* line, int column) {
-  while (is_white_space(line[column])) ++column;
-  return column;
-}
-
-char to_upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 static char to_lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-bool isALNUM(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-         (c >= '0' && c <= '9') || c == '_' || c == '.';
-}
+bool isALNUM(char c) { return detail::word_character(c) != 0; }
 
 // Plain char is unsigned on some machines.
 static int signed_value(char c) { return static_cast<signed char>(c); }
@@ -41,19 +28,27 @@ char* file_part(char** file) {
   return last_slash == nullptr ? *file : last_slash + 1;
 }
 
-bool NextWord(const char* line, char* word, int& start, int& end) {
-  while (line[start] != '\0' && !isALNUM(line[start])) ++start;
-  end = start;
-  int length = 0;
-  for (; isALNUM(line[end]); ++end)
-    if (length < word_size - 1) word[length++] = line[end];
-  word[length] = '\0';
-  return end > start;
+NameHash hash_of(const char* name) {
+  NameHash hash = 0;
+  for (int i = 0; i < word_size - 1 && name[i] != '\0'; ++i)
+    hash =
+        detail::hash_with(hash, static_cast<unsigned char>(to_upper(name[i])));
+  return hash;
 }
 
-bool next_word(const char* line, Word& word) {
-  word.start = word.end;
-  return NextWord(line, word.text, word.start, word.end);
+void copy_word(const char* line, const Word& word, char* text) {
+  const int length = std::min(word.end - word.start, word_size - 1);
+  std::memcpy(text, line + word.start, static_cast<std::size_t>(length));
+  text[length] = '\0';
+}
+
+bool NextWord(const char* line, char* word, int& start, int& end) {
+  Word next{start, start, 0};
+  const bool found = next_word(line, next);
+  copy_word(line, next, word);
+  start = next.start;
+  end = next.end;
+  return found;
 }
 
 void CopyWord(const char* text, char* word) {

@@ -9,19 +9,30 @@
 #ifndef ZELKOR_ANALYSIS_WORDS_H
 #define ZELKOR_ANALYSIS_WORDS_H
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
 /// Size of a buffer that receives a word, closing NUL included. Longer words
 /// are known by as many characters as fit, in every pass the same.
 constexpr int word_size = 256;
 
 /// Whether a character is a blank or one of \t \n \v \f \r.
-bool is_white_space(char c);
+constexpr bool is_white_space(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 /// The column of the first character at or after a column that is not white
 /// space.
-int skip_white_space(const char* line, int column);
+inline int skip_white_space(const char* line, int column) {
+  while (is_white_space(line[column])) ++column;
+  return column;
+}
 
 /// The upper-case form of an ASCII letter; any other character is unchanged.
-char to_upper(char c);
+constexpr char to_upper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
 
 /// Whether a character belongs to a word.
 bool isALNUM(char c);
@@ -48,17 +59,71 @@ char* file_part(char** file);
 /// Returns false, with an empty word, when the line holds no further word.
 bool NextWord(const char* line, char* word, int& start, int& end);
 
-/// A word of a line and the columns where it stands.
+/// A number made of the characters of a name, without regard to case. Different
+/// names may share it.
+using NameHash = std::uint64_t;
+
+/// The hash of a name, of which the first word_size - 1 characters count.
+NameHash hash_of(const char* name);
+
+namespace detail {
+
+constexpr bool is_word_character(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+         (c >= '0' && c <= '9') || c == '_' || c == '.';
+}
+
+// For each character of a word its upper-case form, for all others 0: one look
+// tells what the walk over a line needs to know of a character.
+inline constexpr auto word_characters = [] {
+  std::array<unsigned char, 256> forms{};
+  for (std::size_t value = 0; value < forms.size(); ++value) {
+    const auto c = static_cast<char>(value);
+    if (is_word_character(c))
+      forms[value] = static_cast<unsigned char>(to_upper(c));
+  }
+  return forms;
+}();
+
+inline unsigned word_character(char c) {
+  return word_characters[static_cast<unsigned char>(c)];
+}
+
+// Rotating keeps the characters of a word apart for longer than most names are.
+inline NameHash hash_with(NameHash hash, unsigned upper_case) {
+  const int step = 7;
+  return (hash << step | hash >> (64 - step)) ^ upper_case;
+}
+
+}  // namespace detail
+
+/// Where a word stands in a line. The word itself is the text from `start` to
+/// `end`; copy_word() cuts it to what it is known by.
 struct Word {
-  char text[word_size] = "";  ///< cut to what fits
   int start = 0;
-  int end = 0;  ///< just past the whole word
+  int end = 0;        ///< just past the whole word
+  NameHash hash = 0;  ///< of what the word is known by
 };
 
 /// Moves on to the next word of a line; a new Word stands before the first one.
 /// All passes walk the words of a line this way. Returns false when there is no
 /// further word.
-bool next_word(const char* line, Word& word);
+inline bool next_word(const char* line, Word& word) {
+  const char* at = line + word.end;
+  while (*at != '\0' && detail::word_character(*at) == 0) ++at;
+  const char* const start = at;
+  NameHash hash = 0;
+  for (unsigned upper; (upper = detail::word_character(*at)) != 0; ++at)
+    hash = detail::hash_with(hash, upper);
+  if (at - start >= word_size) hash = hash_of(start);
+  word = {static_cast<int>(start - line), static_cast<int>(at - line), hash};
+  return at != start;
+}
+
+/// Copies a word out of its line.
+///
+///   text  word_size bytes
+void copy_word(const char* line, const Word& word, char* text);
 
 /// Copies the first word of a text; the empty text when there is none.
 ///

@@ -5,6 +5,7 @@
 
 #include "html/page_frame.h"
 
+#include <charconv>
 #include <ctime>
 
 #include "analysis/calling.h"
@@ -72,7 +73,11 @@ static const char pane_opening[] =
     "<table class=\"pane\"><tr><td style=\"vertical-align:top;\">\n";
 static const char pane_closing[] = "</td></tr></table>";
 
-static void put(std::FILE* html, const char* text) { std::fputs(text, html); }
+void put(std::FILE* html, int number) {
+  char digits[16];
+  const char* end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+  put(html, {digits, static_cast<std::size_t>(end - digits)});
+}
 
 static void start_column(std::FILE* html) {
   put(html, "</td><td style=\"vertical-align:top;\">\n");
@@ -115,22 +120,45 @@ void close_multiref(std::FILE* html) {
 
 void print_html_char(char c, std::FILE* html) { std::fputc(c, html); }
 
+// The opening tag of a link to a declaration.
+static void put_link(std::FILE* html, const Declaration& declaration,
+                     int index) {
+  put(html, "<a href=\"");
+  put(html, HTML_REF(declaration.file));
+  put(html, "#");
+  put(html, declaration.name);
+  put(html, "-");
+  put(html, index);
+  put(html, "\">");
+}
+
 void menu_item(std::FILE* html, const Declaration& declaration, int index,
                bool new_column) {
   if (new_column) start_column(html);
-  std::fprintf(html, "<a href=\"%s#%s-%d\"><small>%s</small></a><br/>\n",
-               HTML_REF(declaration.file), declaration.name, index,
-               declaration.name);
+  put_link(html, declaration, index);
+  put(html, "<small>");
+  put(html, declaration.name);
+  put(html, "</small></a><br/>\n");
 }
 
 void menu_item(std::FILE* html, const Calling& calling, bool new_column) {
   if (new_column) start_column(html);
-  std::fprintf(html, "<a href=\"%s\">%s&nbsp;:&nbsp;%d</a><br/>\n",
-               HTML_XREF(calling), *calling.file, calling.line);
+  put(html, "<a href=\"");
+  put(html, HTML_REF(calling.file));
+  put(html, "#line");
+  put(html, calling.line);
+  put(html, "\">");
+  put(html, *calling.file);
+  put(html, "&nbsp;:&nbsp;");
+  put(html, calling.line);
+  put(html, "</a><br/>\n");
 }
 
 void multiref_item(std::FILE* html, const Declaration& declaration, int index) {
-  std::fprintf(html, "<a href=\"%s#%s-%d\"><small>%s:%d</small></a><br/>\n",
-               HTML_REF(declaration.file), declaration.name, index,
-               *declaration.file, declaration.line);
+  put_link(html, declaration, index);
+  put(html, "<small>");
+  put(html, *declaration.file);
+  put(html, ":");
+  put(html, declaration.line);
+  put(html, "</small></a><br/>\n");
 }

@@ -7,7 +7,10 @@
 #ifndef ZELKOR_HTML_PAGE_FRAME_H
 #define ZELKOR_HTML_PAGE_FRAME_H
 
+#include <stdio.h>  // fwrite_unlocked()
+
 #include <cstdio>
+#include <string_view>
 
 class Declaration;
 struct Calling;
@@ -17,6 +20,15 @@ void html_header(std::FILE* html);
 
 /// Writes the page trailer with the run's time stamp and closes the body.
 void html_footer(std::FILE* html);
+
+/// Writes a text as it is. A page is written by one thread alone, so the stream
+/// is not locked for each piece.
+inline void put(std::FILE* html, std::string_view text) {
+  fwrite_unlocked(text.data(), 1, text.size(), html);
+}
+
+/// Writes a number in decimal.
+void put(std::FILE* html, int number);
 
 /// Opens a pop-up menu that a mark of its own reveals. The title line is left
 /// out when title is null.

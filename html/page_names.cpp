@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <deque>
 #include <map>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 
 #include "analysis/calling.h"
 #include "analysis/words.h"
@@ -29,14 +32,38 @@ int unique_id(const char* path) {
   }
 }
 
-const char* HTML_REF(char** file) {
-  static std::string name;
-  name = file_part(file);
+static std::string page_name(char** file) {
+  std::string name = file_part(file);
   name.resize(std::min(name.rfind('.'), name.size()));
   char ending[32];
   std::snprintf(ending, sizeof ending, "%04d.html", unique_id(*file));
-  name += ending;
-  return name.c_str();
+  return name + ending;
+}
+
+namespace {
+
+// The page name of a path, as long as `slash` stays the same.
+struct PageName {
+  char slash;
+  std::string text;
+};
+
+}  // namespace
+
+// Names are asked for again and again, most often for the file of the last one.
+const char* HTML_REF(char** file) {
+  static std::deque<std::string> paths;
+  static std::unordered_map<std::string_view, PageName> names;
+  static auto last = names.end();
+
+  if (last == names.end() || last->first != *file) {
+    last = names.find(*file);
+    if (last == names.end())
+      last = names.try_emplace(paths.emplace_back(*file)).first;
+  }
+  PageName& name = last->second;
+  if (name.slash != slash) name = {slash, page_name(file)};
+  return name.text.c_str();
 }
 
 const char* HTML_NAME(char** file) {

@@ -5,8 +5,6 @@
 
 #include "html/source_page.h"
 
-#include <set>
-
 #include "analysis/calling.h"
 #include "analysis/declarations.h"
 #include "analysis/keywords.h"
@@ -14,6 +12,7 @@
 #include "analysis/words.h"
 #include "driver/assertion.h"
 #include "driver/settings.h"
+#include "html/block_cache.h"
 #include "html/page_frame.h"
 #include "html/page_names.h"
 
@@ -21,7 +20,7 @@ using Entry = Declaration::Registry::iterator;
 
 static void write_columns(const char* line, int start, int end,
                           std::FILE* html) {
-  std::fwrite(line + start, 1, static_cast<std::size_t>(end - start), html);
+  put(html, {line + start, static_cast<std::size_t>(end - start)});
 }
 
 static void write_word(const char* line, const Word& word, std::FILE* html) {
@@ -32,21 +31,30 @@ static void write_word(const char* line, const Word& word, std::FILE* html) {
 // `entry`: one unit is linked, several are listed in a pane.
 static void write_reference(const char* line, const Word& word, int line_number,
                             Entry entry, int count, std::FILE* html) {
-  std::fprintf(html, "<a NAME=\"line%d\"></a>", line_number);
+  put(html, "<a NAME=\"line");
+  put(html, line_number);
+  put(html, "\"></a>");
+  const Declaration& first = *entry->second;
   if (count == 1) {
-    const Declaration& declaration = *entry->second;
-    std::fprintf(html, "<a HREF=\"%s#%s-1\"><b>", HTML_REF(declaration.file),
-                 declaration.name);
+    put(html, "<a HREF=\"");
+    put(html, HTML_REF(first.file));
+    put(html, "#");
+    put(html, first.name);
+    put(html, "-1\"><b>");
     write_word(line, word, html);
-    std::fputs("</b></a>", html);
+    put(html, "</b></a>");
     return;
   }
+  static BlockCache panes;
   open_multiref(html);
   write_word(line, word, html);
-  begin_multiref(html, "Definitions:");
-  for (int index = 1; index <= count; ++index, ++entry)
-    multiref_item(html, *entry->second, index);
-  close_multiref(html);
+  const auto units = static_cast<std::size_t>(count);
+  panes.write(first, units, units, html, [&](std::FILE* pane) {
+    begin_multiref(pane, "Definitions:");
+    for (int index = 1; index <= count; ++index, ++entry)
+      multiref_item(pane, *entry->second, index);
+    close_multiref(pane);
+  });
 }
 
 // The number of menu entries in one column, of n in all.
@@ -56,8 +64,7 @@ static int entries_per_column(int n) {
   return (n + 3) / 3;
 }
 
-static void write_callers_menu(const std::set<Calling>& callers,
-                               std::FILE* html) {
+static void write_callers_menu(const Callers& callers, std::FILE* html) {
   begin_menu(html, "Referenced By...");
   const int per_column = entries_per_column(static_cast<int>(callers.size()));
   int written = 0;
@@ -70,35 +77,49 @@ static void write_callers_menu(const std::set<Calling>& callers,
 
 // Marks a definition. Deliberate: all definitions of one name show the callers
 // of the first of them, which is `first`.
-static void write_definition(const char* line, const Word& word, int index,
+static void write_definition(const char* line, const Word& word,
+                             const char* text, int index, int count,
                              const Declaration& first, std::FILE* html) {
-  std::fprintf(html, "<a NAME=\"%s-%d\"><b>", word.text, index);
+  std::fprintf(html, "<a NAME=\"%s-%d\"><b>", text, index);
   write_word(line, word, html);
   std::fputs("</b></a>", html);
-  write_callers_menu(first.callers, html);
+  if (count == 1) {
+    write_callers_menu(first.callers, html);
+    return;
+  }
+  static BlockCache menus;
+  menus.write(
+      first, static_cast<std::size_t>(count), first.callers.size(), html,
+      [&](std::FILE* menu) { write_callers_menu(first.callers, menu); });
 }
 
-static void write_line(const SourceLine& line, char** file, int line_number,
+// A word that names nothing is dismissed by its hash, unless keywords are to be
+// highlighted.
+static void write_line(const SourceLines& source, char** file,
                        std::FILE* html) {
+  const bool highlights = (html_style & (LEVEL_1 | LEVEL_2 | LEVEL_3)) != 0;
+  const char* const raw = source.raw().data();
   int written = 0;
-  for (Word word; next_word(line.scanned, word);) {
+  for (Word word; next_word(source.scanned(), word);) {
+    if (!highlights && !may_be_declared(word.hash)) continue;
+    char text[word_size];
+    copy_word(source.scanned(), word, text);
     int self = 0;
     int count = 0;
-    const Entry entry =
-        isDeclaration(word.text, file, line_number, self, count);
+    const Entry entry = isDeclaration(text, file, source.number(), self, count);
     const bool declared = count > 0;
-    if (!declared && isSyntax(word.text) == nullptr) continue;
+    if (!declared && isSyntax(text) == nullptr) continue;
 
-    write_columns(line.raw, written, word.start, html);
+    write_columns(raw, written, word.start, html);
     written = word.end;
     if (!declared)
-      print_syntax(line.raw, word.start, word.end, html);
+      print_syntax(raw, word.start, word.end, html);
     else if (self == 0)
-      write_reference(line.raw, word, line_number, entry, count, html);
+      write_reference(raw, word, source.number(), entry, count, html);
     else
-      write_definition(line.raw, word, self, *entry->second, html);
+      write_definition(raw, word, text, self, count, *entry->second, html);
   }
-  std::fputs(line.raw + written, html);
+  write_columns(raw, written, static_cast<int>(source.raw().size()), html);
 }
 
 void print_syntax(const char* line, int start, int end, std::FILE* html) {
@@ -112,8 +133,8 @@ void print_syntax(const char* line, int start, int end, std::FILE* html) {
 }
 
 void print_links(char** file, bool fixed_form) {
-  std::FILE* source = std::fopen(*file, "r");
-  if (source == nullptr) return;
+  SourceLines source(*file, fixed_form);
+  if (!source.is_open()) return;
   std::FILE* html = std::fopen(HTML_NAME(file), "w");
   if (html == nullptr) {
     // Deliberate: an output directory that takes no page is a broken invariant,
@@ -122,6 +143,8 @@ void print_links(char** file, bool fixed_form) {
                      "void print_links(char**, bool)");
   }
 
+  static char buffer[1 << 16];
+  std::setvbuf(html, buffer, _IOFBF, sizeof buffer);
   html_header(html);
   if (verbose > 0) {
     std::printf("Generating HTML for %s...", *file);
@@ -132,12 +155,8 @@ void print_links(char** file, bool fixed_form) {
   std::fprintf(html, "<TITLE>%s</TITLE>\n", title);
   std::fprintf(html, "<H1>%s</H1>\n<code> <pre>\n", title);
 
-  SourceLine line;
-  for (int line_number = 1; read_source_line(source, fixed_form, line);
-       ++line_number)
-    write_line(line, file, line_number, html);
+  while (source.next()) write_line(source, file, html);
 
-  std::fclose(source);
   std::fputs("</pre> </code>\n", html);
   html_footer(html);
   std::fclose(html);

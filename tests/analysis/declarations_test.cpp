@@ -21,7 +21,7 @@ using Texts = std::vector<std::string>;
 static_assert(std::is_same_v<Declaration::Registry,
                              std::multimap<std::string, Declaration*>>);
 static_assert(
-    std::is_same_v<decltype(Declaration::callers), std::set<Calling>>);
+    std::is_same_v<decltype(Declaration::callers), std::pmr::set<Calling>>);
 
 static const char* kind_name(DecType type) {
   switch (static_cast<int>(type)) {

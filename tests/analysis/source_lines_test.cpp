@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -18,19 +17,19 @@ struct Lines {
   Texts scanned;
 };
 
-class ReadSourceLine : public ::testing::Test {
+class SourceLinesTest : public ::testing::Test {
  protected:
   // All lines read from a file with this content.
   static Lines read(const std::string& content, bool fixed_form = false) {
     write_file("a.f90", content);
-    std::FILE* source = std::fopen("a.f90", "r");
+    SourceLines source("a.f90", fixed_form);
+    EXPECT_TRUE(source.is_open());
     Lines lines;
-    SourceLine line;
-    while (read_source_line(source, fixed_form, line)) {
-      lines.raw.push_back(line.raw);
-      lines.scanned.push_back(line.scanned);
+    while (source.next()) {
+      lines.raw.emplace_back(source.raw());
+      lines.scanned.emplace_back(source.scanned());
+      EXPECT_EQ(static_cast<int>(lines.raw.size()), source.number());
     }
-    std::fclose(source);
     return lines;
   }
 
@@ -40,16 +39,16 @@ class ReadSourceLine : public ::testing::Test {
   SettingsGuard guard;
 };
 
-TEST_F(ReadSourceLine, GivesEachLineWithItsLineEnd) {
+TEST_F(SourceLinesTest, GivesEachLineWithItsLineEnd) {
   EXPECT_EQ((Texts{"a\n", "\n", "b\r\n", "c\n"}), raw("a\n\nb\r\nc\n"));
 }
 
-TEST_F(ReadSourceLine, DoesNotGiveALastLineWithoutLineEnd) {
+TEST_F(SourceLinesTest, DoesNotGiveALastLineWithoutLineEnd) {
   EXPECT_EQ((Texts{"a\n"}), raw("a\nb"));
   EXPECT_EQ(Texts{}, raw("b"));
 }
 
-TEST_F(ReadSourceLine, OfAnEmptyFileGivesNothing) {
+TEST_F(SourceLinesTest, OfAnEmptyFileGivesNothing) {
   EXPECT_EQ(Texts{}, raw(""));
 }
 
@@ -76,7 +75,7 @@ static const struct {
 };
 // clang-format on
 
-TEST_F(ReadSourceLine, ReadsLongLinesInPiecesOf4095Characters) {
+TEST_F(SourceLinesTest, ReadsLongLinesInPiecesOf4095Characters) {
   for (const auto& c : physical_lines) {
     const std::string content = std::string(c.characters, 'x') + c.line_end;
     Texts expected;
@@ -93,7 +92,7 @@ TEST_F(ReadSourceLine, ReadsLongLinesInPiecesOf4095Characters) {
   }
 }
 
-TEST_F(ReadSourceLine, ReadsALineOf100000CharactersAs25) {
+TEST_F(SourceLinesTest, ReadsALineOf100000CharactersAs25) {
   const Texts lines = raw(std::string(100000, 'x') + "\nend\n");
   ASSERT_EQ(26u, lines.size());  // 24 * 4095 and 1720
   for (std::size_t i = 0; i < 24; ++i)
@@ -102,13 +101,13 @@ TEST_F(ReadSourceLine, ReadsALineOf100000CharactersAs25) {
   EXPECT_EQ("end\n", lines[25]);
 }
 
-TEST_F(ReadSourceLine, EndsALineAtANul) {
+TEST_F(SourceLinesTest, EndsALineAtANul) {
   EXPECT_EQ((Texts{"", "b\n"}), raw("\0a\nb\n"s));
   EXPECT_EQ((Texts{"ab", "c\n"}), raw("ab\0cd\nc\n"s));
   EXPECT_EQ((Texts{"ab", "c\n"}), raw("ab\0\nc\n"s));
 }
 
-TEST_F(ReadSourceLine, KeepsEveryByteButNul) {
+TEST_F(SourceLinesTest, KeepsEveryByteButNul) {
   std::string line;
   for (int b = 1; b < 256; ++b)
     if (b != '\n') line += static_cast<char>(b);
@@ -120,37 +119,39 @@ TEST_F(ReadSourceLine, KeepsEveryByteButNul) {
 
 static const char* const hideable = "call \"a\" ! b\nC c\n";
 
-TEST_F(ReadSourceLine, ScansLinesAsTheyAreUnlessStringsAndCommentsAreHidden) {
+TEST_F(SourceLinesTest, ScansLinesAsTheyAreUnlessStringsAndCommentsAreHidden) {
   html_style = 0xffffffffu & ~1u;
   for (const bool fixed_form : {false, true})
     EXPECT_EQ((Texts{"call \"a\" ! b\n", "C c\n"}),
               read(hideable, fixed_form).scanned);
 }
 
-TEST_F(ReadSourceLine, HidesStringsAndCommentsInTheScannedTextAlone) {
+TEST_F(SourceLinesTest, HidesStringsAndCommentsInTheScannedTextAlone) {
   html_style = 1;
   const Lines lines = read(hideable);
   EXPECT_EQ((Texts{"call \"a\" ! b\n", "C c\n"}), lines.raw);
   EXPECT_EQ((Texts{"call \" \"    \n", "C c\n"}), lines.scanned);
 }
 
-TEST_F(ReadSourceLine, HidesByTheFixedFormRuleWhenAskedTo) {
+TEST_F(SourceLinesTest, HidesByTheFixedFormRuleWhenAskedTo) {
   html_style = 1;
   const Lines lines = read(hideable, true);
   EXPECT_EQ((Texts{"call \"a\" ! b\n", "C c\n"}), lines.raw);
   EXPECT_EQ((Texts{"            \n", "   \n"}), lines.scanned);
 }
 
-TEST_F(ReadSourceLine, HidesNothingAcrossLines) {
+TEST_F(SourceLinesTest, HidesNothingAcrossLines) {
   html_style = 1;
   EXPECT_EQ((Texts{"x = \"     ", "call solve\n"}),
             read("x = \"open\ncall solve\n").scanned);
 }
 
-TEST_F(ReadSourceLine, OfADirectoryGivesNothing) {
-  std::FILE* source = std::fopen(".", "r");
-  ASSERT_NE(nullptr, source);
-  SourceLine line;
-  EXPECT_FALSE(read_source_line(source, false, line));
-  std::fclose(source);
+TEST_F(SourceLinesTest, OfADirectoryGivesNothing) {
+  SourceLines source(".", false);
+  ASSERT_TRUE(source.is_open());
+  EXPECT_FALSE(source.next());
+}
+
+TEST_F(SourceLinesTest, OfAFileThatCannotBeOpenedAreNone) {
+  EXPECT_FALSE(SourceLines("missing.f90", false).is_open());
 }

@@ -1,0 +1,43 @@
+#include "html/block_cache.h"
+
+#include <stdio.h>  // open_memstream()
+
+#include <cstdlib>
+
+#include "analysis/declarations.h"
+#include "html/page_frame.h"
+
+static const std::size_t most_bytes = 1 << 20;
+static const std::size_t most_items_per_unit = 1 << 6;
+
+BlockCache::BlockCache() : stream(open_memstream(&rendered, &rendered_size)) {}
+
+BlockCache::~BlockCache() {
+  std::fclose(stream);
+  std::free(rendered);
+}
+
+void BlockCache::write(const Declaration& first, std::size_t units,
+                       std::size_t items, std::FILE* html,
+                       const Render& render) {
+  if (items > most_items_per_unit * units) {
+    render(html);
+    return;
+  }
+  if (run != Declaration::run() || bytes > most_bytes) forget_all();
+  Block& block = blocks[&first];
+  if (block.text.empty() || block.items != items) {
+    std::rewind(stream);
+    render(stream);
+    std::fflush(stream);
+    bytes += rendered_size - block.text.size();
+    block = {items, {rendered, rendered_size}};
+  }
+  put(html, block.text);
+}
+
+void BlockCache::forget_all() {
+  blocks.clear();
+  bytes = 0;
+  run = Declaration::run();
+}

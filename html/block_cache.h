@@ -1,0 +1,55 @@
+// Mark-up that many places show alike, rendered once.
+
+#ifndef ZELKOR_HTML_BLOCK_CACHE_H
+#define ZELKOR_HTML_BLOCK_CACHE_H
+
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <unordered_map>
+
+class Declaration;
+
+/// Keeps blocks of mark-up that follow from the units of one name. A name with
+/// hundreds of units is written thousands of times, each time with all of them.
+/// Blocks are forgotten when the registry has been emptied and when they take
+/// too much memory together.
+class BlockCache {
+ public:
+  using Render = std::function<void(std::FILE*)>;
+
+  BlockCache();
+  ~BlockCache();
+  BlockCache(const BlockCache&) = delete;
+  BlockCache& operator=(const BlockCache&) = delete;
+
+  /// Writes a block.
+  ///
+  ///   first   the first unit of the name
+  ///   units   how many units bear the name, and may show the block
+  ///   items   the number of entries in the block; it tells a block from an
+  ///           older one with fewer, for a name loses no entries in a run
+  ///   render  writes the block to a stream; called when it is not known yet,
+  ///           and always for a block of many items that few units show
+  void write(const Declaration& first, std::size_t units, std::size_t items,
+             std::FILE* html, const Render& render);
+
+ private:
+  struct Block {
+    std::size_t items = 0;
+    std::string text;
+  };
+
+  void forget_all();
+
+  std::unordered_map<const Declaration*, Block> blocks;
+  std::size_t bytes = 0;  // of all blocks
+  unsigned run = 0;
+
+  // A stream into memory, used for all blocks one after the other.
+  char* rendered = nullptr;
+  std::size_t rendered_size = 0;
+  std::FILE* stream;
+};
+
+#endif
