@@ -188,9 +188,16 @@ static const struct {
 };
 // clang-format on
 
+static std::string text_of(const char* line, const Word& word) {
+  char text[word_size] = "left over";
+  copy_word(line, word, text);
+  return text;
+}
+
 static std::vector<std::string> words_of(const std::string& line) {
   std::vector<std::string> words;
-  for (Word word; next_word(line.c_str(), word);) words.push_back(word.text);
+  for (Word word; next_word(line.c_str(), word);)
+    words.push_back(text_of(line.c_str(), word));
   return words;
 }
 
@@ -209,25 +216,25 @@ TEST(WordWalk, TellsWhereEachWordStands) {
   Word word;
   for (const Found& found : expected) {
     const bool any = next_word(line, word);
-    EXPECT_EQ(found, (Found{any, word.text, word.start, word.end}));
+    EXPECT_EQ(found, (Found{any, text_of(line, word), word.start, word.end}));
   }
 }
 
-static std::string copy_word(const std::string& text) {
+static std::string first_word(const std::string& text) {
   char word[word_size] = "left over";
   CopyWord(text.c_str(), word);
   return word;
 }
 
 TEST(CopyWord, CopiesTheFirstWord) {
-  EXPECT_EQ("point", copy_word(" :: point, other"));
-  EXPECT_EQ("Solve", copy_word("Solve"));
-  EXPECT_EQ(".cross.", copy_word("(.cross.)"));
+  EXPECT_EQ("point", first_word(" :: point, other"));
+  EXPECT_EQ("Solve", first_word("Solve"));
+  EXPECT_EQ(".cross.", first_word("(.cross.)"));
 }
 
 TEST(CopyWord, IsEmptyWhenThereIsNone) {
   for (const auto& text : {""s, "   "s, "(+)\r\n"s, "\xe9"s, "\0point"s})
-    EXPECT_EQ("", copy_word(text)) << text;
+    EXPECT_EQ("", first_word(text)) << text;
 }
 
 // A word of each length, its characters all different from their neighbours.
@@ -245,7 +252,7 @@ TEST(LongWord, IsKnownByItsFirst255Characters) {
     EXPECT_EQ((Found{true, word.substr(0, 255), 2, end}),
               next_word("( " + word + ") x", 0))
         << length;
-    EXPECT_EQ(word.substr(0, 255), copy_word("( " + word + ") x")) << length;
+    EXPECT_EQ(word.substr(0, 255), first_word("( " + word + ") x")) << length;
   }
 }
 
