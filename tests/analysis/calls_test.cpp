@@ -14,6 +14,7 @@
 #include "analysis/declarations.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
+#include "tests/support/open_files.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/wait_until.h"
@@ -413,6 +414,17 @@ TEST_F(GatherCalls, TakesTheRestOfALongWordForNoWord) {
 TEST_F(GatherCalls, SkipsAFileThatCannotBeOpenedSilently) {
   known("missing");
   EXPECT_EQ("", report(5, "missing.f90"));
+}
+
+TEST_F(GatherCalls, LeavesNoFileOpen) {
+  write_file("a.f90", "call solve\n");
+  write_file("empty.f90", "");
+  FileList files({"a.f90", "empty.f90", ".", "missing.f90"});
+  const auto before = open_files();
+  for (int i = 0; i < files.count(); ++i) {
+    gather_calls(files.data() + i, false);
+    EXPECT_EQ(before, open_files()) << files.data()[i];
+  }
 }
 
 TEST_F(GatherCalls, PrintsNothingAtVerbosityZeroOrLess) {

@@ -15,6 +15,7 @@
 
 namespace fs = std::filesystem;
 
+#include "tests/support/open_files.h"
 namespace {
 
 // What the units of one kind add to the page.
@@ -362,6 +363,12 @@ TEST_F(PrintTree, APageThatCannotBeOpenedIsSkippedWithoutAWord) {
   html_dir = "nowhere";
   EXPECT_EQ("", printed([] { print_tree("index"); }));
   EXPECT_FALSE(fs::exists("nowhere"));
+TEST_F(PrintTree, LeavesNoFileOpen) {
+  const auto before = open_files();
+  print_tree("index");
+  EXPECT_EQ(before, open_files());
+}
+
 
   html_dir = "HTML";
   fs::create_directory("HTML/index.html");

@@ -16,6 +16,7 @@
 #include "tests/html/page_test.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
+#include "tests/support/open_files.h"
 #include "tests/support/page_text.h"
 #include "tests/support/wait_until.h"
 
@@ -387,6 +388,17 @@ TEST_F(PrintLinks, ADirectoryAsSourceGetsAPageWithoutLines) {
   fs::create_directory("a.f90");
   print_links(files.slot(0), false);
   EXPECT_EQ(source_page("a.f90", "", date_time), content_of("HTML/" + page_a));
+}
+
+TEST_F(PrintLinks, LeavesNoFileOpen) {
+  write_file("a.f90", "x\n");
+  write_file("b.f90", "");
+  fs::create_directory("c.f90");
+  const auto before = open_files();
+  for (int i = 0; i < files.count(); ++i) {
+    print_links(files.data() + i, false);
+    EXPECT_EQ(before, open_files()) << files.data()[i];
+  }
 }
 
 TEST_F(PrintLinks, SaysWhichFileItIsAtWhenVerbose) {
