@@ -452,12 +452,6 @@ TEST_F(GatherCalls, TakesNoPathForAFormat) {
   EXPECT_EQ("Generating XREF for %s%n.f90...OK\n", report(1, "%s%n.f90"));
 }
 
-static off_t bytes_on_standard_output() {
-  struct stat status = {};
-  fstat(STDOUT_FILENO, &status);
-  return status.st_size;
-}
-
 // The file is a named pipe, which is read when its writer lets it.
 TEST_F(GatherCalls, ShowsItsReportBeforeItReadsAndWhenItIsDone) {
   ASSERT_EQ(0, mkfifo("a.f90", 0600));
@@ -466,11 +460,11 @@ TEST_F(GatherCalls, ShowsItsReportBeforeItReadsAndWhenItIsDone) {
   printed([&] {
     std::thread writer([] {
       const int pipe_end = open("a.f90", O_RDWR);
-      EXPECT_TRUE(wait_until([] { return bytes_on_standard_output() == 28; }));
+      EXPECT_TRUE(wait_until([] { return bytes_printed() == 28; }));
       close(pipe_end);
     });
     gather_calls(files.slot(0), false);
     writer.join();
-    EXPECT_EQ(31, bytes_on_standard_output());
+    EXPECT_EQ(31, bytes_printed());
   });
 }

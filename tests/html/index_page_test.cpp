@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -11,11 +15,11 @@
 #include "tests/html/page_test.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
+#include "tests/support/open_files.h"
 #include "tests/support/page_text.h"
 
 namespace fs = std::filesystem;
 
-#include "tests/support/open_files.h"
 namespace {
 
 // What the units of one kind add to the page.
@@ -344,8 +348,10 @@ TEST_F(PrintTree, NamesAreNoFormatsAndNotEscaped) {
 TEST_F(PrintTree, ReportsItselfWhenVerbose) {
   for (const int level : {1, 5}) {
     verbose = level;
-    EXPECT_EQ("Generating HTML index..\nDone!\n",
-              printed([] { print_tree("index"); }))
+    EXPECT_EQ("Generating HTML index..\nDone!\n", printed([] {
+                print_tree("index");
+                EXPECT_EQ(30, bytes_printed());
+              }))
         << level;
   }
 }
@@ -357,22 +363,40 @@ TEST_F(PrintTree, SaysNothingAtVerbosity0OrLess) {
   }
 }
 
-TEST_F(PrintTree, APageThatCannotBeOpenedIsSkippedWithoutAWord) {
-  verbose = 1;
-  declare(DT_PROGRAM, "main");
-  html_dir = "nowhere";
-  EXPECT_EQ("", printed([] { print_tree("index"); }));
-  EXPECT_FALSE(fs::exists("nowhere"));
 TEST_F(PrintTree, LeavesNoFileOpen) {
   const auto before = open_files();
   print_tree("index");
   EXPECT_EQ(before, open_files());
 }
 
+TEST_F(PrintTree, APageThatCannotBeOpenedIsSkippedWithoutAWord) {
+  verbose = 1;
+  declare(DT_PROGRAM, "main");
+  html_dir = "nowhere";
+  EXPECT_EQ("", printed([] { print_tree("index"); }));
+  EXPECT_FALSE(fs::exists("nowhere"));
 
   html_dir = "HTML";
   fs::create_directory("HTML/index.html");
   EXPECT_EQ("", printed([] { print_tree("index"); }));
+}
+
+using PrintTreeDeathTest = PrintTree;
+
+// No file may grow beyond the head of the page and some of its lists, which
+// ends the process there.
+TEST_F(PrintTreeDeathTest, ReportsItselfBeforeItWritesTheLists) {
+  verbose = 1;
+  for (int i = 0; i < 1000; ++i) declare(DT_TYPE, "name");
+  EXPECT_EXIT(
+      {
+        dup2(STDERR_FILENO, STDOUT_FILENO);
+        rlimit limit;
+        limit.rlim_cur = limit.rlim_max = page_head().size() + 20000;
+        setrlimit(RLIMIT_FSIZE, &limit);
+        print_tree("index");
+      },
+      testing::KilledBySignal(SIGXFSZ), "Generating HTML index\\.\\.$");
 }
 
 }  // namespace
