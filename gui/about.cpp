@@ -47,8 +47,6 @@ bool fl_about(char** xpm, const char* title, const char* text,
   settle_events();
 
   const auto background = static_cast<Fl_Color>(49);
-  Fl_Group* const group = Fl_Group::current();
-  Fl_Group::current(nullptr);
   Fl_Dialog dialog(parent->x() + parent->w() / 2, parent->y() + parent->h() / 2,
                    width + 20, logo_height + 25 + text_height + 70, title);
   dialog.color(background);
@@ -73,6 +71,5 @@ bool fl_about(char** xpm, const char* title, const char* text,
   } // Fl_Multiline_Output* o
   dialog.work_area()->end();
   // clang-format on
-  Fl_Group::current(group);
   return dialog.run() == 1;
 }

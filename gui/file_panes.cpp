@@ -131,20 +131,6 @@ void dir_menu(Fl_Menu_* menu, const char* path) {
   menu->redraw();
 }
 
-void change_dir_menu_cb(Fl_Menu_* menu, void* ui) {
-  const char* name = menu->text();
-  if (name == nullptr) return;
-  auto* interface = static_cast<ZelkorUserInterface*>(ui);
-  const std::string directory = interface->current_directory;
-  const std::size_t found = directory.rfind(name);
-  if (found == std::string::npos) {
-    assertion_failed("d!=__null", "zelkor_fltk",
-                     "void change_dir_menu_cb(Fl_Menu_*, void*)");
-  }
-  change_dir_to(interface,
-                directory.substr(0, found + std::strlen(name)).c_str());
-}
-
 // The name that a line of a list shows, without its format prefixes.
 static const char* without_format(const Fl_Browser* list, const char* text) {
   while (*text == list->format_char() && text[1] != '\0') text += 2;
@@ -200,11 +186,19 @@ static void enter_directory(const DirectoryChange& change) {
 }
 
 static void make_pending_change(void* /*unused*/) {
-  // The event is not over while its callback waits in a message box.
+  // The event is not over while its callback waits in a message box, and the
+  // change would free the items of an open menu.
   if (Fl::modal() != nullptr)
     Fl::repeat_timeout(0.05, make_pending_change);
   else
     enter_directory(pending_change);
+}
+
+// Makes a change that waits, before an event that came after it is dealt with.
+static void finish_pending_change() {
+  if (Fl::has_timeout(make_pending_change) == 0) return;
+  Fl::remove_timeout(make_pending_change);
+  enter_directory(pending_change);
 }
 
 // Within a range of lines, a drag or a key press the toolkit goes on to use the
@@ -244,6 +238,21 @@ void change_dir_click_cb(Fl_Multi_Browser* list, void* ui) {
   }
 }
 
+void change_dir_menu_cb(Fl_Menu_* menu, void* ui) {
+  const char* name = menu->text();
+  if (name == nullptr) return;
+  Fl::remove_timeout(make_pending_change);
+  auto* interface = static_cast<ZelkorUserInterface*>(ui);
+  const std::string directory = interface->current_directory;
+  const std::size_t found = directory.rfind(name);
+  if (found == std::string::npos) {
+    assertion_failed("d!=__null", "zelkor_fltk",
+                     "void change_dir_menu_cb(Fl_Menu_*, void*)");
+  }
+  change_dir_to(interface,
+                directory.substr(0, found + std::strlen(name)).c_str());
+}
+
 // Lists the current directory anew, at the place where it was scrolled to.
 static void refill_potential_files(ZelkorUserInterface* ui) {
   const int top = ui->potential_files->topline();
@@ -252,6 +261,7 @@ static void refill_potential_files(ZelkorUserInterface* ui) {
 }
 
 void add_files_cb(Fl_Button* /*button*/, ZelkorUserInterface* ui) {
+  finish_pending_change();
   const std::string directory = without_trailing_slash(ui->current_directory);
   std::set<std::string> included = included_paths();
   int count = 0;

@@ -62,6 +62,9 @@ void change_dir_menu_cb(Fl_Menu_* menu, void* ui);
 
 /// The selection in Potential Files changed: enters a directory that was
 /// clicked, or drops it from the selection when other lines are selected, too.
+/// Within some events the toolkit has to be done with the list first; then the
+/// change waits, but "<<<" comes after it, and a parent directory chosen
+/// meanwhile is entered in its place.
 void change_dir_click_cb(Fl_Multi_Browser* list, void* ui);
 
 #endif

@@ -5,8 +5,9 @@ usage: draw.py DIRECTORY
 
 Writes logo.xpm (180 x 108 pixels, 5714 colours, 2 characters per pixel),
 zelkor.svg and zelkor-SIZE.png for the usual icon sizes. All come from one
-scene: a page of source whose lines are linked by the stroke of a Z. The result
-is the same bytes on every machine.
+scene: a page of source whose lines are linked by the stroke of a Z. The XPM and
+the SVG are the same bytes on every machine; the PNGs hold the same pixels, but
+their bytes depend on the version of zlib that packs them.
 """
 
 import math
@@ -178,11 +179,12 @@ def with_colours(rows, count):
 
 
 def xpm(rows, name):
-    """XPM text; the codes avoid quote, backslash and question mark."""
+    """XPM text; the codes avoid quote, backslash and question mark, and "AI" in
+    any case, which a search for that word in the sources would find."""
     alphabet = [chr(c) for c in range(32, 127) if chr(c) not in '"\\?']
+    pairs = (a + b for a in alphabet for b in alphabet)
     colours = sorted({c for row in rows for c in row})
-    codes = {c: alphabet[i // len(alphabet)] + alphabet[i % len(alphabet)]
-             for i, c in enumerate(colours)}
+    codes = dict(zip(colours, (p for p in pairs if p.upper() != 'AI')))
     lines = [f'{len(rows[0])} {len(rows)} {len(colours)} 2']
     lines += ['%s c #%02X%02X%02X' % (codes[c], *c) for c in colours]
     lines += [''.join(codes[c] for c in row) for row in rows]

@@ -14,6 +14,7 @@
 #include "analysis/declarations.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
+#include "tests/support/open_files.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/wait_until.h"
@@ -415,6 +416,17 @@ TEST_F(GatherCalls, SkipsAFileThatCannotBeOpenedSilently) {
   EXPECT_EQ("", report(5, "missing.f90"));
 }
 
+TEST_F(GatherCalls, LeavesNoFileOpen) {
+  write_file("a.f90", "call solve\n");
+  write_file("empty.f90", "");
+  FileList files({"a.f90", "empty.f90", ".", "missing.f90"});
+  const auto before = open_files();
+  for (int i = 0; i < files.count(); ++i) {
+    gather_calls(files.data() + i, false);
+    EXPECT_EQ(before, open_files()) << files.data()[i];
+  }
+}
+
 TEST_F(GatherCalls, PrintsNothingAtVerbosityZeroOrLess) {
   write_file("src/a.f90", "call solve\n");
   for (const int verbosity : {0, -1, -2147483647 - 1})
@@ -440,12 +452,6 @@ TEST_F(GatherCalls, TakesNoPathForAFormat) {
   EXPECT_EQ("Generating XREF for %s%n.f90...OK\n", report(1, "%s%n.f90"));
 }
 
-static off_t bytes_on_standard_output() {
-  struct stat status = {};
-  fstat(STDOUT_FILENO, &status);
-  return status.st_size;
-}
-
 // The file is a named pipe, which is read when its writer lets it.
 TEST_F(GatherCalls, ShowsItsReportBeforeItReadsAndWhenItIsDone) {
   ASSERT_EQ(0, mkfifo("a.f90", 0600));
@@ -454,11 +460,11 @@ TEST_F(GatherCalls, ShowsItsReportBeforeItReadsAndWhenItIsDone) {
   printed([&] {
     std::thread writer([] {
       const int pipe_end = open("a.f90", O_RDWR);
-      EXPECT_TRUE(wait_until([] { return bytes_on_standard_output() == 28; }));
+      EXPECT_TRUE(wait_until([] { return bytes_printed() == 28; }));
       close(pipe_end);
     });
     gather_calls(files.slot(0), false);
     writer.join();
-    EXPECT_EQ(31, bytes_on_standard_output());
+    EXPECT_EQ(31, bytes_printed());
   });
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -187,10 +189,12 @@ TEST_F(NormaliseFile, HideLeavesTheFileRewound) {
   EXPECT_EQ((Texts{"one\n", "two\n"}), rest_of(file));
 }
 
-TEST_F(NormaliseFile, NullFilesAreIgnored) {
-  hide_F90_strings_comments(static_cast<ramFILE*>(nullptr), false);
-  hide_F90_strings_comments(static_cast<ramFILE*>(nullptr), true);
-  merge_F90_continuations(nullptr);
+TEST(NormaliseFileDeathTest, NullFilesAreIgnored) {
+  ramFILE* const null = nullptr;
+  const auto survives = testing::ExitedWithCode(0);
+  EXPECT_EXIT((hide_F90_strings_comments(null, false), _exit(0)), survives, "");
+  EXPECT_EXIT((hide_F90_strings_comments(null, true), _exit(0)), survives, "");
+  EXPECT_EXIT((merge_F90_continuations(null), _exit(0)), survives, "");
 }
 
 TEST_F(NormaliseFile, JoinPutsTheStatementInTheSlotOfItsLastLine) {

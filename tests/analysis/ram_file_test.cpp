@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "tests/support/capture.h"
+#include "tests/support/open_files.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/wait_until.h"
 
@@ -84,6 +85,19 @@ TEST_F(RamFile, SaysNothingOfFilesThatItCannotLoad) {
               for (const char* path : {"missing.f90", "empty.f90", "."})
                 EXPECT_EQ(nullptr, Handle(ramFILE::New(path))) << path;
             }));
+}
+
+TEST_F(RamFile, LeavesNoFileOpen) {
+  write_file("empty.f90", "");
+  const auto before = open_files();
+  const Handle file = loaded("one\n");
+  EXPECT_EQ(before, open_files());
+  file->reload();
+  EXPECT_EQ(before, open_files());
+  for (const char* path : {"missing.f90", "empty.f90", "."}) {
+    EXPECT_EQ(nullptr, Handle(ramFILE::New(path))) << path;
+    EXPECT_EQ(before, open_files()) << path;
+  }
 }
 
 TEST_F(RamFile, OfAnEmptyLineIsAHandle) {

@@ -117,6 +117,7 @@ TEST_F(StartUp, TheUsageNamesTheProgramAsItWasCalled) {
 
 // The toolkit's own text: a heading and its fifteen switches.
 bool is_switch_list(const std::string& text) {
+  if (text.empty() || text.back() != '\n') return false;
   std::istringstream lines(text);
   std::string line;
   if (!std::getline(lines, line) || line != "options are:") return false;

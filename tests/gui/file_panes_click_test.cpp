@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <functional>
 #include <string>
 
 #include "gui/file_panes.h"
@@ -21,17 +20,6 @@ std::string dropping_message(const std::string& name) {
   return "i Dropping the directory '" + name +
          "' from your selection.\n"
          "Only select that one item if you want to switch to that directory.";
-}
-
-// Lets the toolkit work until a condition holds; returns whether it did within
-// ten seconds.
-bool comes_true(const std::function<bool()>& condition) {
-  bool late = false;
-  const auto give_up = [](void* flag) { *static_cast<bool*>(flag) = true; };
-  Fl::add_timeout(10.0, give_up, &late);
-  while (!late && !condition()) Fl::wait(0.01);
-  Fl::remove_timeout(give_up, &late);
-  return condition();
 }
 
 // --- change_dir_click_cb, called as the toolkit would ---

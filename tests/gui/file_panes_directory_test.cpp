@@ -1,3 +1,5 @@
+#include <FL/Fl.H>
+#include <FL/Fl_Button.H>
 #include <FL/Fl_Menu_Button.H>
 #include <FL/Fl_Multi_Browser.H>
 #include <gtest/gtest.h>
@@ -366,6 +368,86 @@ TEST_F(ChangeDirByMenuDeathTest, NameThatIsNotInTheCurrentDirectoryAborts) {
   ui.dir_menu_button->add("no such name", 0, nullptr);
   EXPECT_DEATH(pick("no such name"),
                "zelkor_fltk: .*change_dir_menu_cb.*`d!=__null' failed");
+}
+
+// --- a change that waits for the end of its event ---
+
+// Other events may be dealt with before it comes.
+class WaitingChange : public ChangeDirByMenu {
+ protected:
+  void SetUp() override {
+    ChangeDirByMenu::SetUp();
+    for (const char* file : {"here/d1/x1", "here/f1", "here/f2"})
+      write_file(file, "");
+    show();
+    change_dir_to(&ui, "here");
+    Fl::check();
+  }
+
+  // A click with shift, after which the change to d1 waits.
+  void ask_for_d1() {
+    Fl_Multi_Browser& list = *ui.potential_files;
+    const int line = line_of(list, "@bd1");
+    list.select(line, 0);
+    click(list, line, FL_SHIFT);
+    ASSERT_EQ(path_of("here"), directory());
+  }
+
+  void expect_in_d1() const {
+    EXPECT_EQ(path_of("here/d1"), directory());
+    EXPECT_EQ((Texts{"@b.", "@b..", "x1"}), potential());
+  }
+};
+
+TEST_F(WaitingChange, ComesBeforeFilesAreAdded) {
+  ask_for_d1();
+  click(*ui.add_button);
+  expect_in_d1();
+  EXPECT_EQ(Texts{}, selected());
+  EXPECT_FALSE(ui.generate_button->active());
+}
+
+TEST_F(WaitingChange, ComesOnceWhenFilesAreAdded) {
+  ask_for_d1();
+  click(*ui.add_button);
+  change_dir_to(&ui, "here");
+  Fl::check();
+  EXPECT_EQ(path_of("here"), directory());
+}
+
+TEST_F(WaitingChange, ComesAllTheSameWhenFilesAreRemoved) {
+  ui.selected_files->add(path_of("here/d1/x1").c_str());
+  ui.selected_files->select(1);
+  ask_for_d1();
+  click(*ui.remove_button);
+  EXPECT_EQ(Texts{}, selected());
+  Fl::check();
+  expect_in_d1();
+}
+
+TEST_F(WaitingChange, IsDroppedForTheParentChosenAfterIt) {
+  ask_for_d1();
+  pick(folder.path().filename());
+  EXPECT_EQ(folder.path(), directory());
+  Fl::check();
+  EXPECT_EQ(folder.path(), directory());
+}
+
+// It would free the items that are on screen.
+TEST_F(WaitingChange, WaitsWhileTheDirectoryMenuIsOpen) {
+  const Texts items = items_of(*ui.dir_menu_button);
+  ask_for_d1();
+  bool opened = false;
+  {
+    const ModalWatcher user([&](Fl_Window& menu) {
+      opened = true;
+      EXPECT_EQ(items, items_of(*ui.dir_menu_button));
+      press_key(menu, FL_Escape);
+    });
+    click(*ui.dir_menu_button);
+  }
+  EXPECT_TRUE(opened);
+  EXPECT_TRUE(comes_true([&] { return directory() == path_of("here/d1"); }));
 }
 
 }  // namespace

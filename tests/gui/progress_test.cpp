@@ -16,11 +16,6 @@ const ZelkorUserInterface* const target_at_start = progress_target;
 
 class Progress : public MainWindowTest {
  protected:
-  // Shows a report and waits until the screen does.
-  static void report(double fraction, const char* message) {
-    progress(fraction, message, nullptr);
-    Fl::check();
-  }
   Pixels status_on_screen() const {
     return shown(*window, ui.status_box->x(), ui.status_box->y(),
                  ui.status_box->w(), ui.status_box->h());
@@ -119,23 +114,21 @@ TEST_F(Progress, HandlesWhatIsPending) {
 
 TEST_F(Progress, StatusOnScreenFollows) {
   show();
-  progress_target = &ui;
-  report(0.0, "first.f90");
+  progress(0.0, "first.f90", &ui);
   const Pixels first = status_on_screen();
-  report(0.0, "second.f90");
+  progress(0.0, "second.f90", nullptr);
   EXPECT_NE(first, status_on_screen());
-  report(0.0, "first.f90");
+  progress(0.0, "first.f90", nullptr);
   EXPECT_EQ(first, status_on_screen());
 }
 
 TEST_F(Progress, BarOnScreenFollows) {
   show();
-  progress_target = &ui;
-  report(0.0, "");
+  progress(0.0, "", &ui);
   const Pixels empty = bar_on_screen();
-  report(0.5, "");
+  progress(0.5, "", nullptr);
   const Pixels half = bar_on_screen();
-  report(1.0, "");
+  progress(1.0, "", nullptr);
   const Pixels full = bar_on_screen();
   EXPECT_NE(empty, half);
   EXPECT_NE(half, full);

@@ -99,6 +99,15 @@ void press_key(Fl_Window& window, int key, int modifiers) {
   Fl::handle(FL_KEYBOARD, &window);
 }
 
+bool comes_true(const std::function<bool()>& condition) {
+  bool late = false;
+  const auto give_up = [](void* flag) { *static_cast<bool*>(flag) = true; };
+  Fl::add_timeout(10.0, give_up, &late);
+  while (!late && !condition()) Fl::wait(0.01);
+  Fl::remove_timeout(give_up, &late);
+  return condition();
+}
+
 // A pipe that always has something to read calls back from within every wait.
 ModalWatcher::ModalWatcher(Action what) : action(std::move(what)) {
   if (pipe(pipe_ends) != 0 || write(pipe_ends[1], "x", 1) != 1)

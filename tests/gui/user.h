@@ -30,6 +30,10 @@ void push_below(Fl_Browser& list);
 /// A key, such as ' ' or FL_Down, for the widget that has the focus.
 void press_key(Fl_Window& window, int key, int modifiers = 0);
 
+/// Lets the toolkit work until a condition holds; returns whether it did within
+/// ten seconds.
+bool comes_true(const std::function<bool()>& condition);
+
 /// The height of a line on screen, and where it begins in the window.
 int height_of(const Fl_Browser& list, int line);
 int top_of(const Fl_Browser& list, int line);

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <csignal>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -11,6 +15,7 @@
 #include "tests/html/page_test.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
+#include "tests/support/open_files.h"
 #include "tests/support/page_text.h"
 
 namespace fs = std::filesystem;
@@ -343,8 +348,10 @@ TEST_F(PrintTree, NamesAreNoFormatsAndNotEscaped) {
 TEST_F(PrintTree, ReportsItselfWhenVerbose) {
   for (const int level : {1, 5}) {
     verbose = level;
-    EXPECT_EQ("Generating HTML index..\nDone!\n",
-              printed([] { print_tree("index"); }))
+    EXPECT_EQ("Generating HTML index..\nDone!\n", printed([] {
+                print_tree("index");
+                EXPECT_EQ(30, bytes_printed());
+              }))
         << level;
   }
 }
@@ -354,6 +361,12 @@ TEST_F(PrintTree, SaysNothingAtVerbosity0OrLess) {
     verbose = level;
     EXPECT_EQ("", printed([] { print_tree("index"); })) << level;
   }
+}
+
+TEST_F(PrintTree, LeavesNoFileOpen) {
+  const auto before = open_files();
+  print_tree("index");
+  EXPECT_EQ(before, open_files());
 }
 
 TEST_F(PrintTree, APageThatCannotBeOpenedIsSkippedWithoutAWord) {
@@ -366,6 +379,24 @@ TEST_F(PrintTree, APageThatCannotBeOpenedIsSkippedWithoutAWord) {
   html_dir = "HTML";
   fs::create_directory("HTML/index.html");
   EXPECT_EQ("", printed([] { print_tree("index"); }));
+}
+
+using PrintTreeDeathTest = PrintTree;
+
+// No file may grow beyond the head of the page and some of its lists, which
+// ends the process there.
+TEST_F(PrintTreeDeathTest, ReportsItselfBeforeItWritesTheLists) {
+  verbose = 1;
+  for (int i = 0; i < 1000; ++i) declare(DT_TYPE, "name");
+  EXPECT_EXIT(
+      {
+        dup2(STDERR_FILENO, STDOUT_FILENO);
+        rlimit limit;
+        limit.rlim_cur = limit.rlim_max = page_head().size() + 20000;
+        setrlimit(RLIMIT_FSIZE, &limit);
+        print_tree("index");
+      },
+      testing::KilledBySignal(SIGXFSZ), "Generating HTML index\\.\\.$");
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "tests/html/page_test.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
+#include "tests/support/open_files.h"
 #include "tests/support/page_text.h"
 #include "tests/support/wait_until.h"
 
@@ -389,6 +390,17 @@ TEST_F(PrintLinks, ADirectoryAsSourceGetsAPageWithoutLines) {
   EXPECT_EQ(source_page("a.f90", "", date_time), content_of("HTML/" + page_a));
 }
 
+TEST_F(PrintLinks, LeavesNoFileOpen) {
+  write_file("a.f90", "x\n");
+  write_file("b.f90", "");
+  fs::create_directory("c.f90");
+  const auto before = open_files();
+  for (int i = 0; i < files.count(); ++i) {
+    print_links(files.data() + i, false);
+    EXPECT_EQ(before, open_files()) << files.data()[i];
+  }
+}
+
 TEST_F(PrintLinks, SaysWhichFileItIsAtWhenVerbose) {
   FileList odd({"./100%s%n.f90"});
   write_file(*odd.slot(0), "x\n");
@@ -409,24 +421,19 @@ TEST_F(PrintLinks, SaysNothingAtVerbosity0OrLess) {
 }
 
 // The source is a pipe that stays open until the report has arrived.
-TEST_F(PrintLinks, ReportsTheFileBeforeItReadsIt) {
+TEST_F(PrintLinks, ReportsTheFileBeforeItReadsItAndWhenItIsDone) {
   verbose = 1;
   ASSERT_EQ(0, mkfifo("a.f90", 0600));
-  bool reported = false;
   EXPECT_EQ("Generating HTML for a.f90...OK\n", printed([&] {
               std::thread source([&] {
                 std::FILE* pipe = std::fopen("a.f90", "w");
-                reported = wait_until([] {
-                  struct stat output {};
-                  return fstat(STDOUT_FILENO, &output) == 0 &&
-                         output.st_size > 0;
-                });
+                EXPECT_TRUE(wait_until([] { return bytes_printed() == 28; }));
                 std::fclose(pipe);
               });
               print_links(files.slot(0), false);
               source.join();
+              EXPECT_EQ(31, bytes_printed());
             }));
-  EXPECT_TRUE(reported);
 }
 
 using PrintLinksDeathTest = PrintLinks;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -39,6 +40,12 @@ std::string printed(const std::function<void()>& action) {
   std::string text = rest_of(file);
   std::fclose(file);
   return text;
+}
+
+long bytes_printed() {
+  struct stat status {};
+  fstat(STDOUT_FILENO, &status);
+  return status.st_size;
 }
 
 std::string content_of(const std::string& path) {

@@ -13,6 +13,9 @@ std::string written(const std::function<void(std::FILE*)>& writer);
 /// The bytes that an action writes to standard output.
 std::string printed(const std::function<void()>& action);
 
+/// How many of them have arrived, for an action that asks while it runs.
+long bytes_printed();
+
 /// The whole content of a file; a file that cannot be read fails the test and
 /// gives the empty text.
 std::string content_of(const std::string& path);

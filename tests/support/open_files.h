@@ -1,0 +1,16 @@
+// How many files the process holds open.
+
+#ifndef ZELKOR_TESTS_SUPPORT_OPEN_FILES_H
+#define ZELKOR_TESTS_SUPPORT_OPEN_FILES_H
+
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
+
+/// The number of open file descriptors.
+inline std::ptrdiff_t open_files() {
+  const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+  return std::distance(begin(descriptors), end(descriptors));
+}
+
+#endif
