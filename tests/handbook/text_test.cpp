@@ -1,0 +1,108 @@
+// The handbook as a document: Zelkor's own viewer knows ASCII and the tags of
+// HTML 3.2, and shows links and pictures of the handbook's folder alone.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/handbook/handbook.h"
+#include "tests/support/capture.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The value of an attribute in a tag; empty when the tag has none.
+std::string attribute(const std::string& tag, const std::string& name) {
+  const std::vector<std::string> values = pieces(tag, " " + name + "=\"", "\"");
+  return values.empty() ? "" : values.front();
+}
+
+std::vector<std::string> values_of(const std::string& name) {
+  return pieces(handbook(), " " + name + "=\"", "\"");
+}
+
+TEST(HandbookText, IsPlainAscii) {
+  int line = 1;
+  for (const char c : handbook()) {
+    ASSERT_TRUE(c == '\n' || (c >= ' ' && c <= '~')) << "line " << line;
+    if (c == '\n') ++line;
+  }
+  EXPECT_GT(line, 1);
+}
+
+TEST(HandbookText, UsesPlainTagsAndClosesThem) {
+  const std::set<std::string> alone = {"!DOCTYPE", "HR", "IMG"};
+  const std::set<std::string> paired = {
+      "A", "B",   "BODY",  "H1", "H2", "H3",    "HEAD", "HTML", "LI",
+      "P", "PRE", "TABLE", "TD", "TH", "TITLE", "TR",   "TT",   "UL"};
+  std::vector<std::string> open;
+  for (const std::string& tag : pieces(handbook(), "<", ">")) {
+    const std::string name = tag.substr(0, tag.find(' '));
+    if (alone.count(name) != 0) continue;
+    if (name[0] != '/') {
+      EXPECT_EQ(1u, paired.count(name)) << '<' << tag << '>';
+      open.push_back(name);
+      continue;
+    }
+    ASSERT_FALSE(open.empty()) << '<' << tag << '>';
+    ASSERT_EQ(name, "/" + open.back());
+    open.pop_back();
+  }
+  EXPECT_TRUE(open.empty());
+}
+
+TEST(HandbookText, EveryLinkLeadsToAnAnchorOfItsOwn) {
+  const std::vector<std::string> names = values_of("NAME");
+  const std::set<std::string> anchors(names.begin(), names.end());
+  EXPECT_EQ(names.size(), anchors.size()) << "a name comes twice";
+  const std::vector<std::string> links = values_of("HREF");
+  EXPECT_FALSE(links.empty());
+  for (const std::string& link : links) {
+    ASSERT_EQ('#', link.at(0)) << link;
+    EXPECT_EQ(1u, anchors.count(link.substr(1))) << link;
+  }
+}
+
+TEST(HandbookText, ContentsListTheSectionsInTheirOrder) {
+  const std::string contents = pieces(handbook(), "<UL>", "</UL>").at(0);
+  std::vector<std::string> listed;
+  for (const std::string& entry : pieces(contents, "<A HREF=\"#", "</A>"))
+    listed.push_back(entry);
+  std::vector<std::string> sections;
+  for (const std::string& heading : pieces(handbook(), "<H2>", "</H2>"))
+    sections.push_back(pieces(heading, "<A NAME=\"", "</A>").at(0));
+  EXPECT_EQ(sections, listed);
+}
+
+int big_endian(const std::string& bytes, std::size_t at) {
+  int number = 0;
+  for (std::size_t i = at; i < at + 4; ++i)
+    number = number * 256 + static_cast<unsigned char>(bytes.at(i));
+  return number;
+}
+
+TEST(HandbookPictures, AreThereInTheSizeThatTheTextGives) {
+  const std::string signature = "\x89PNG\r\n\x1a\n";
+  std::set<std::string> used;
+  for (const std::string& tag : pieces(handbook(), "<IMG", ">")) {
+    const std::string name = attribute(tag, "SRC");
+    SCOPED_TRACE(name);
+    used.insert(name);
+    const std::string bytes = content_of(handbook_folder() + "/" + name);
+    ASSERT_EQ(0u, bytes.find(signature));
+    EXPECT_EQ(attribute(tag, "WIDTH"), std::to_string(big_endian(bytes, 16)));
+    EXPECT_EQ(attribute(tag, "HEIGHT"), std::to_string(big_endian(bytes, 20)));
+    EXPECT_EQ(0u, attribute(tag, "ALT").find("[Picture: "));
+  }
+  std::set<std::string> present;
+  for (const auto& entry : fs::directory_iterator(handbook_folder()))
+    if (entry.path().extension() != ".html")
+      present.insert(entry.path().filename());
+  EXPECT_EQ(present, used);
+}
+
+}  // namespace

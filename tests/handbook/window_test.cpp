@@ -1,0 +1,184 @@
+// What the handbook says of the window's controls and of its levels.
+
+#include <FL/Fl_Box.H>
+#include <FL/Fl_Check_Button.H>
+#include <FL/Fl_Choice.H>
+#include <FL/Fl_Group.H>
+#include <FL/Fl_Menu_Button.H>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "analysis/keywords.h"
+#include "driver/settings.h"
+#include "tests/gui/main_window_fixture.h"
+#include "tests/handbook/handbook.h"
+
+namespace {
+
+class HandbookWindow : public MainWindowTest {
+ protected:
+  Fl_Choice& level() {
+    auto* group = dynamic_cast<Fl_Group*>(ui.bold_button->parent());
+    return dynamic_cast<Fl_Choice&>(*group->child(0));
+  }
+
+  // A new window, at the settings of the start.
+  void restart() {
+    html_style = style_at_start;
+    build();
+  }
+
+  // As the opened box does with the item that the user chooses.
+  void choose(const std::string& item) {
+    const Fl_Menu_Item* items = level().menu();
+    while (items->text != nullptr && items->text != item) ++items;
+    ASSERT_NE(nullptr, items->text) << item;
+    level().picked(items);
+  }
+  void choose_all(const std::vector<std::string>& items) {
+    for (const std::string& item : items) choose(item);
+  }
+
+ private:
+  const std::uint32_t style_at_start = html_style;
+};
+
+void collect_labels(Fl_Group& group, std::multiset<std::string>& labels) {
+  for (int i = 0; i < group.children(); ++i) {
+    Fl_Widget& child = *group.child(i);
+    if (child.label() != nullptr && child.label()[0] != '\0')
+      labels.insert(child.label());
+    // The parts of a list are the toolkit's.
+    if (auto* inner = dynamic_cast<Fl_Group*>(&child);
+        inner != nullptr && dynamic_cast<Fl_Browser*>(&child) == nullptr)
+      collect_labels(*inner, labels);
+  }
+}
+
+TEST_F(HandbookWindow, TableNamesTheControlsByTheirLabels) {
+  std::multiset<std::string> told;
+  int number = 0;
+  for (const auto& row : table({"No.", "Control", "What it does"})) {
+    EXPECT_EQ(std::to_string(++number), plain(row.at(0)));
+    for (const std::string& label : pieces(row.at(1), "<B>", "</B>"))
+      told.insert(plain(label));
+  }
+
+  build();
+  std::multiset<std::string> shown;
+  collect_labels(*window, shown);
+  // These change, or are the frame around others.
+  for (const char* label : {ui.status_box->label(), ui.dir_menu_button->label(),
+                            "Syntax Highlighting"})
+    EXPECT_EQ(1u, shown.erase(label)) << label;
+  EXPECT_EQ(told, shown);
+}
+
+TEST_F(HandbookWindow, StartsAsTheTableTells) {
+  restart();
+  const std::string text = plain(handbook());
+  EXPECT_NE(std::string::npos, text.find("keywords are bold. On at the start"));
+  EXPECT_NE(0, ui.bold_button->value());
+  EXPECT_NE(std::string::npos,
+            text.find("keywords are italic. Off at the start"));
+  EXPECT_EQ(0, ui.italic_button->value());
+}
+
+// --- The combination of levels ---
+
+std::string levels_on() {
+  const struct {
+    std::uint32_t bit;
+    const char* name;
+  } switches[] = {
+      {LEVEL_NONE, "None"}, {LEVEL_1, "1"}, {LEVEL_2, "2"}, {LEVEL_3, "3"}};
+  std::string text;
+  for (const auto& s : switches)
+    if ((html_style & s.bit) != 0)
+      text += (text.empty() ? "" : ", ") + std::string(s.name);
+  return text;
+}
+
+// The level whose words the pages would highlight now.
+std::string level_in_force() {
+  const char* words[] = {"module", "if", "allocate"};
+  int level = 0;
+  for (const char* word : words)
+    if (isSyntax(word) != nullptr) ++level;
+  return level == 0 ? "nothing" : "level " + std::to_string(level);
+}
+
+// "3, or 3, 3" tells of two ways.
+std::vector<std::string> alternatives(const std::string& text) {
+  const std::string separator = ", or ";
+  const std::size_t at = text.find(separator);
+  if (at == std::string::npos) return {text};
+  return {text.substr(0, at), text.substr(at + separator.size())};
+}
+
+TEST_F(HandbookWindow, ChoicesCombineAsTheTableTells) {
+  const Rows rows =
+      table({"Chosen since the start", "Switches on", "Pages highlight"});
+  for (const auto& row : rows) {
+    const std::vector<std::string> ways = alternatives(plain(row.at(0)));
+    const std::vector<std::string> on = alternatives(plain(row.at(1)));
+    ASSERT_EQ(ways.size(), on.size());
+    for (std::size_t i = 0; i < ways.size(); ++i) {
+      SCOPED_TRACE(ways[i]);
+      restart();
+      if (ways[i] != "nothing") choose_all(split(ways[i], ','));
+      EXPECT_EQ(on[i], levels_on());
+      EXPECT_EQ(plain(row.at(2)), level_in_force());
+    }
+  }
+}
+
+// All ways to choose up to so many items.
+std::vector<std::vector<std::string>> ways_of(int length) {
+  std::vector<std::vector<std::string>> ways = {{}};
+  for (std::size_t i = 0; i < ways.size(); ++i)
+    if (ways[i].size() < static_cast<std::size_t>(length))
+      for (const char* item : {"None", "1", "2", "3"}) {
+        std::vector<std::string> way = ways[i];
+        way.emplace_back(item);
+        ways.push_back(way);
+      }
+  return ways;
+}
+
+TEST_F(HandbookWindow, LostTrackLeadsToAKnownLevelFromAnywhere) {
+  const Rows rows = table({"For", "choose in this order"});
+  EXPECT_EQ(4u, rows.size());
+  for (const auto& row : rows)
+    for (const auto& way : ways_of(3)) {
+      restart();
+      choose_all(way);
+      choose_all(split(plain(row.at(1)), ','));
+      EXPECT_EQ(plain(row.at(0)), level_in_force())
+          << "after " << testing::PrintToString(way);
+    }
+}
+
+// The simple rule: twice after the start; later the item that is shown, then
+// the wanted one.
+TEST_F(HandbookWindow, SimpleRuleGivesTheWantedLevelEachTime) {
+  for (const std::vector<std::string>& way : ways_of(3)) {
+    if (way.empty() || way.front() == "None") continue;
+    SCOPED_TRACE(testing::PrintToString(way));
+    restart();
+    std::string shown = way.front();
+    for (const std::string& wanted : way) {
+      if (&wanted != &way.front() && wanted == shown) continue;
+      choose_all({shown, wanted});
+      shown = wanted;
+      EXPECT_EQ(wanted == "None" ? "nothing" : "level " + wanted,
+                level_in_force());
+    }
+  }
+}
+
+}  // namespace
