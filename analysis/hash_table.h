@@ -8,9 +8,10 @@
 #include <utility>
 #include <vector>
 
-/// Keeps one value for each hash. A value is found by one look into memory,
-/// most of the time, for the table is one array: what the passes look up by the
-/// million is scattered over more memory than the caches hold.
+/// Keeps one value for each hash; 0 and 1 are taken for the same hash. A value
+/// is found by one look into memory, most of the time, for the table is one
+/// array: what the passes look up by the million is scattered over more memory
+/// than the caches hold.
 template <typename Value>
 class HashTable {
  public:

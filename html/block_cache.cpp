@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "analysis/declarations.h"
+#include "driver/settings.h"
 #include "html/page_frame.h"
 
 static const std::size_t most_bytes = 1 << 20;
@@ -24,7 +25,8 @@ void BlockCache::write(const Declaration& first, std::size_t units,
     render(html);
     return;
   }
-  if (run != Declaration::run() || bytes > most_bytes) forget_all();
+  if (run != Declaration::run() || separator != slash || bytes > most_bytes)
+    forget_all();
   Block& block = blocks[&first];
   if (block.text.empty() || block.items != items) {
     std::rewind(stream);
@@ -40,4 +42,5 @@ void BlockCache::forget_all() {
   blocks.clear();
   bytes = 0;
   run = Declaration::run();
+  separator = slash;
 }

@@ -12,8 +12,9 @@ class Declaration;
 
 /// Keeps blocks of mark-up that follow from the units of one name. A name with
 /// hundreds of units is written thousands of times, each time with all of them.
-/// Blocks are forgotten when the registry has been emptied and when they take
-/// too much memory together.
+/// Blocks are forgotten when the registry has been emptied, when `slash` has
+/// changed, by which the pages in them are named, and when they take too much
+/// memory together.
 class BlockCache {
  public:
   using Render = std::function<void(std::FILE*)>;
@@ -45,6 +46,7 @@ class BlockCache {
   std::unordered_map<const Declaration*, Block> blocks;
   std::size_t bytes = 0;  // of all blocks
   unsigned run = 0;
+  char separator = '\0';
 
   // A stream into memory, used for all blocks one after the other.
   char* rendered = nullptr;

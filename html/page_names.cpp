@@ -42,7 +42,8 @@ static std::string page_name(char** file) {
 
 namespace {
 
-// The page name of a path, as long as `slash` stays the same.
+// The page name of a path, as long as `slash` stays the same. The empty path
+// takes no number, so another one may come to own the number it had.
 struct PageName {
   char slash;
   std::string text;
@@ -62,7 +63,7 @@ const char* HTML_REF(char** file) {
       last = names.try_emplace(paths.emplace_back(*file)).first;
   }
   PageName& name = last->second;
-  if (name.slash != slash) name = {slash, page_name(file)};
+  if (name.slash != slash || **file == '\0') name = {slash, page_name(file)};
   return name.text.c_str();
 }
 

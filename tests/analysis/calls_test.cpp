@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "analysis/declarations.h"
+#include "analysis/words.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
 #include "tests/support/open_files.h"
@@ -409,6 +410,16 @@ TEST_F(GatherCalls, FindsUnitsOfLongNamesThatTheDeclarationPassFound) {
 TEST_F(GatherCalls, TakesTheRestOfALongWordForNoWord) {
   EXPECT_FALSE(refers("solve", std::string(255, 'n') + "solve"));
   EXPECT_FALSE(refers("solve", std::string(256, 'n') + ".solve"));
+}
+
+TEST_F(GatherCalls, TellsNamesApartThatShareAHash) {
+  ASSERT_EQ(hash_of("apply_rk_0"), hash_of("cpply_rk_1"));
+  ASSERT_EQ(hash_of("apply_rk_0"), hash_of("epply_rk_2"));
+  const Declaration* const first = known("apply_rk_0");
+  const Declaration* const second = known("cpply_rk_1");
+  scan("cpply_rk_1\nAPPLY_RK_0\nepply_rk_2\ncpply_RK_1\n");
+  EXPECT_EQ((Texts{"b.f90:2"}), references(first));
+  EXPECT_EQ((Texts{"b.f90:1", "b.f90:4"}), references(second));
 }
 
 TEST_F(GatherCalls, SkipsAFileThatCannotBeOpenedSilently) {

@@ -2,13 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <vector>
 
+#include "analysis/words.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
 #include "tests/support/settings_guard.h"
@@ -216,6 +219,151 @@ TEST_F(IsDeclaration, FindsUnnamedUnitsUnderTheEmptyWord) {
   expect({"", 0, 2}, "", files.slot(0), 3);
   expect({"", 1, 2}, "", files.slot(1), 3);
   expect({"", 2, 2}, "", files.slot(1), 7);
+}
+
+// The bits of the first of ten characters fall on those of the last, one place
+// lower, so that in these names the differences of the two cancel out.
+static const char* const one_hash[] = {"apply_rk_0", "cpply_rk_1", "epply_rk_2",
+                                       "gpply_rk_3"};
+
+class NamesOfOneHash : public IsDeclaration {
+ protected:
+  void SetUp() override {
+    for (const char* name : one_hash)
+      ASSERT_EQ(hash_of(one_hash[0]), hash_of(name));
+  }
+};
+
+TEST_F(NamesOfOneHash, AreCountedEachByItself) {
+  add(DT_TYPE, one_hash[1], files.slot(0), 1);
+  add(DT_TYPE, one_hash[0], files.slot(0), 2);
+  add(DT_TYPE, "CPPLY_rk_1", files.slot(0), 3);
+  add(DT_TYPE, one_hash[0], files.slot(1), 4);
+  add(DT_TYPE, one_hash[0], files.slot(1), 5);
+  add(DT_TYPE, one_hash[2], files.slot(1), 6);
+
+  expect({"cpply_rk_1", 0, 2}, "cpply_rk_1", files.slot(0), 2);
+  expect({"cpply_rk_1", 1, 2}, "cpply_rk_1", files.slot(0), 1);
+  expect({"cpply_rk_1", 2, 2}, "CPPLY_RK_1", files.slot(0), 3);
+  expect({"apply_rk_0", 0, 3}, "apply_rk_0", files.slot(0), 1);
+  expect({"apply_rk_0", 1, 3}, "Apply_RK_0", files.slot(0), 2);
+  expect({"apply_rk_0", 2, 3}, "apply_rk_0", files.slot(1), 4);
+  expect({"apply_rk_0", 3, 3}, "apply_rk_0", files.slot(1), 5);
+  expect({"epply_rk_2", 1, 1}, "epply_rk_2", files.slot(1), 6);
+  expect({nullptr, 0, 0}, "gpply_rk_3", files.slot(1), 6);
+}
+
+TEST_F(NamesOfOneHash, AreFoundWhicheverCameFirst) {
+  for (const char* first : one_hash) {
+    Declaration::forget_all();
+    add(DT_TYPE, first, files.slot(0), 1);
+    for (const char* name : one_hash)
+      if (name != first) add(DT_TYPE, name, files.slot(0), 2);
+    for (const char* name : one_hash)
+      expect({name, name == first ? 1 : 0, 1}, name, files.slot(0), 1);
+  }
+}
+
+TEST_F(NamesOfOneHash, AreSuchOfTheSame255CharactersAndTheEmptyOne) {
+  const std::string known(255, 'n');
+  add(DT_TYPE, known + "a", files.slot(0), 1);
+  add(DT_TYPE, known, files.slot(0), 2);
+  add(DT_TYPE, "\1", files.slot(0), 3);
+  add(DT_TYPE, "", files.slot(0), 4);
+  expect({(known + "a").c_str(), 1, 1}, known + "A", files.slot(0), 1);
+  expect({known.c_str(), 1, 1}, known, files.slot(0), 2);
+  expect({nullptr, 0, 0}, known + "b", files.slot(0), 1);
+  expect({"\1", 1, 1}, "\1", files.slot(0), 3);
+  expect({"", 1, 1}, "", files.slot(0), 4);
+}
+
+TEST_F(Registry, FilledAnewKnowsNothingOfEarlierRuns) {
+  for (int round = 0; round < 3; ++round) {
+    const std::string number = std::to_string(round);
+    for (int line = 1; line <= 200; ++line)
+      add(DT_TYPE, "s" + number + "_" + std::to_string(line % 100),
+          files.slot(1), line);
+    for (const int other : {0, 1, 2})
+      for (int line = 1; line <= 200; ++line) {
+        const std::string name =
+            "S" + std::to_string(other) + "_" + std::to_string(line % 100);
+        int self = -1;
+        int count = -1;
+        const auto found =
+            isDeclaration(name.c_str(), files.slot(1), line, self, count);
+        const bool now = other == round;
+        EXPECT_EQ(now ? 2 : 0, count) << name;
+        EXPECT_EQ(!now          ? 0
+                  : line <= 100 ? 1
+                                : 2,
+                  self)
+            << name << " on line " << line;
+        EXPECT_EQ(now, found != Declaration::decs.end()) << name;
+      }
+    Declaration::forget_all();
+  }
+}
+
+TEST_F(Registry, CountsHowOftenItWasEmptied) {
+  const unsigned before = Declaration::run();
+  add(DT_TYPE, "point", files.slot(0), 1);
+  EXPECT_EQ(before, Declaration::run());
+  Declaration::forget_all();
+  Declaration::forget_all();
+  EXPECT_EQ(before + 2, Declaration::run());
+}
+
+TEST_F(Registry, TellsAtOnceThatAHashIsOfNoName) {
+  const char* const names[] = {"solve", "", "\xe9", ".a b."};
+  for (const char* name : names) {
+    EXPECT_FALSE(may_be_declared(hash_of(name))) << name;
+    add(DT_TYPE, name, files.slot(0), 1);
+    EXPECT_TRUE(may_be_declared(hash_of(name))) << name;
+  }
+  EXPECT_TRUE(may_be_declared(hash_of("SOLVE")));
+  Declaration::forget_all();
+  for (const char* name : names)
+    EXPECT_FALSE(may_be_declared(hash_of(name))) << name;
+}
+
+class CallersTest : public Registry {
+ protected:
+  static Texts places(const Declaration& unit) {
+    Texts texts;
+    for (const Calling& place : unit.callers)
+      texts.push_back(*place.file + ":"s + std::to_string(place.line));
+    return texts;
+  }
+};
+
+TEST_F(CallersTest, AreOrderedByFileAndLineHoweverTheyCome) {
+  std::vector<Calling> calls = {{files.slot(0), 2},
+                                {files.slot(0), 10},
+                                {files.slot(1), 1},
+                                {files.slot(1), 3},
+                                {files.slot(2), 10}};
+  do {
+    Declaration::forget_all();
+    Declaration* const unit = add(DT_TYPE, "point", files.slot(0), 1);
+    for (const Calling& call : calls) unit->add_calling(call.file, call.line);
+    ASSERT_EQ((Texts{"a.f90:2", "a.f90:10", "b.f90:1", "b.f90:3"}),
+              places(*unit));
+  } while (std::next_permutation(
+      calls.begin(), calls.end(), [](const Calling& a, const Calling& b) {
+        return std::tie(a.file, a.line) < std::tie(b.file, b.line);
+      }));
+}
+
+TEST_F(CallersTest, AreNoneInTheNextRun) {
+  for (int round = 1; round <= 3; ++round) {
+    Declaration* const units[] = {add(DT_TYPE, "a", files.slot(0), 1),
+                                  add(DT_TYPE, "b", files.slot(0), 2)};
+    for (Declaration* unit : units) EXPECT_EQ(Texts{}, places(*unit)) << round;
+    for (int line = 5000; line > 0; --line)
+      for (Declaration* unit : units) unit->add_calling(files.slot(1), line);
+    for (Declaration* unit : units) EXPECT_EQ(5000u, unit->callers.size());
+    Declaration::forget_all();
+  }
 }
 
 class GatherDeclarations : public ::testing::Test {

@@ -2,25 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-#include <pthread.h>
-#include <signal.h>
-#include <sys/ioctl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cstring>
 #include <memory>
 #include <string>
-#include <thread>
 #include <type_traits>
 #include <vector>
 
 #include "tests/support/capture.h"
+#include "tests/support/failing_file.h"
 #include "tests/support/open_files.h"
 #include "tests/support/temporary_folder.h"
-#include "tests/support/wait_until.h"
 
 using namespace std::string_literals;
 
@@ -349,36 +342,12 @@ TEST_F(RamFile, ReportsItsEndWhenAskedTo) {
   EXPECT_EQ("", printed([&] { EXPECT_TRUE(at_eof(file.get(), false)); }));
 }
 
-static int unread_bytes(int pipe_end) {
-  int count = -1;
-  ioctl(pipe_end, FIONREAD, &count);
-  return count;
-}
-
-// The file is a named pipe whose writer interrupts the reader, which fails the
-// read that waits for more.
 TEST_F(RamFile, KeepsTheLinesReadBeforeAReadError) {
-  ASSERT_EQ(0, mkfifo("a.f90", 0600));
-  struct sigaction interrupt = {};
-  interrupt.sa_handler = [](int) {};  // and no SA_RESTART
-  sigaction(SIGUSR1, &interrupt, nullptr);
-
-  std::atomic<bool> loaded_all = false;
-  const pthread_t reader = pthread_self();
-  std::thread writer([&] {
-    const int pipe_end = open("a.f90", O_RDWR);
-    EXPECT_EQ(8, write(pipe_end, "one\ntwo\n", 8));
-    EXPECT_TRUE(wait_until([&] { return unread_bytes(pipe_end) == 0; }));
-    EXPECT_TRUE(wait_until([&] {
-      pthread_kill(reader, SIGUSR1);
-      return loaded_all.load();
-    }));
-    close(pipe_end);
-  });
-  const Handle file(ramFILE::New("a.f90"));
-  loaded_all = true;
-  writer.join();
-
+  Handle file;
+  {
+    const FailingFile failing("a.f90", "one\ntwo\n");
+    file.reset(ramFILE::New("a.f90"));
+  }
   ASSERT_NE(nullptr, file);
   EXPECT_EQ("one\n", next_line(file));
   EXPECT_EQ("two\n", next_line(file));

@@ -273,6 +273,69 @@ TEST(LongWord, StaysWithinTheBuffer) {
   EXPECT_STREQ("abc", buffer.beyond);
 }
 
+static NameHash first_hash(const std::string& line) {
+  Word word;
+  next_word(line.c_str(), word);
+  return word.hash;
+}
+
+TEST(WordHash, RotatesBySevenBitsAndAddsTheUpperCaseCharacter) {
+  EXPECT_EQ(0u, hash_of(""));
+  EXPECT_EQ(0x41u, hash_of("a"));
+  EXPECT_EQ(0x20C2u, hash_of("ab"));  // 0x2080 and 0x42
+  EXPECT_EQ(0xE9u, hash_of("\xe9"));
+  // The first of ten characters is rotated by 63 bits, and so its bits stand
+  // one place lower and the lowest at the top.
+  EXPECT_EQ(0x8000000000000020u ^ hash_of("\1\1\1\1\1\1\1\1\1"),
+            hash_of("A\1\1\1\1\1\1\1\1\1"));
+}
+
+TEST(WordHash, IsThatOfTheNameWhereverTheWordStands) {
+  for (const auto& c : word_lines) {
+    const std::string line = c.line;
+    std::size_t i = 0;
+    for (Word word; next_word(line.c_str(), word); ++i)
+      EXPECT_EQ(hash_of(c.words[i].c_str()), word.hash) << c.words[i];
+  }
+}
+
+TEST(WordHash, IgnoresTheCaseOfAsciiLettersAlone) {
+  EXPECT_EQ(hash_of("SOLVE_2.X"), hash_of("sOlVe_2.x"));
+  EXPECT_EQ(hash_of("SOLVE_2.X"), first_hash("sOlVe_2.x"));
+  for (const char c : all_bytes()) {
+    if (c == '\0') continue;
+    const std::string name = {'x', c, 'x'};
+    const std::string upper = {'X', to_upper(c), 'X'};
+    EXPECT_EQ(hash_of(upper.c_str()), hash_of(name.c_str())) << name;
+  }
+  EXPECT_NE(hash_of("\xc9"), hash_of("\xe9"));
+}
+
+TEST(WordHash, TellsNamesApartThatDifferInOneCharacter) {
+  for (const std::size_t length : {1u, 9u, 10u, 64u, 255u}) {
+    const std::string name = word_of(length);
+    for (std::size_t i = 0; i < length; ++i) {
+      std::string other = name;
+      other[i] = '#';
+      EXPECT_NE(hash_of(name.c_str()), hash_of(other.c_str())) << i;
+    }
+  }
+}
+
+TEST(WordHash, IsThatOfTheFirst255Characters) {
+  const NameHash known = hash_of(word_of(255).c_str());
+  for (const std::size_t length : {255u, 256u, 257u, 300u, 4000u}) {
+    EXPECT_EQ(known, hash_of(word_of(length).c_str())) << length;
+    EXPECT_EQ(known, first_hash("( " + word_of(length) + ")")) << length;
+  }
+  EXPECT_NE(known, hash_of(word_of(254).c_str()));
+  EXPECT_NE(known, first_hash(word_of(254)));
+}
+
+TEST(WordHash, OfNoWordIsThatOfTheEmptyName) {
+  for (const char* line : {"", "  ", "(+)\n"}) EXPECT_EQ(0u, first_hash(line));
+}
+
 // clang-format off
 static const struct {
   const char* keyword;

@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstddef>
 #include <string>
+#include <vector>
 
 #include "analysis/calling.h"
 #include "driver/settings.h"
+#include "tests/support/alone.h"
 #include "tests/support/file_list.h"
 #include "tests/support/settings_guard.h"
 
@@ -164,6 +167,70 @@ TEST(HtmlRef, LooksForTheLastSlashOnly) {
   slash = '\\';
   EXPECT_EQ("b1675110.html", page_name("lib\\b.f90"));
   EXPECT_EQ("lib/b1449975.html", page_name("lib/b.f90"));
+}
+
+// Whatever was asked for before, in whatever order.
+TEST(HtmlRef, OfAPathIsAlwaysTheSame) {
+  std::vector<std::string> paths;
+  for (int i = 0; i < 1000; ++i)
+    paths.push_back("many/" + std::to_string(i) + ".f90");
+  FileList files(paths);
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    names.push_back(HTML_REF(files.slot(i)));
+    EXPECT_EQ(std::to_string(i) + std::to_string(unique_id(paths[i].c_str())) +
+                  ".html",
+              names[i]);
+    EXPECT_EQ(names[i], HTML_REF(files.slot(i)));
+    EXPECT_EQ(names[0], HTML_REF(files.slot(0)));
+  }
+  for (std::size_t i = paths.size(); i-- > 0;)
+    EXPECT_EQ(names[i], HTML_REF(files.slot(i)));
+}
+
+TEST(HtmlRef, GoesByThePathNotByItsSlot) {
+  char path[] = "a.f90";
+  char* slot = path;
+  EXPECT_STREQ("a1751050.html", HTML_REF(&slot));
+  path[0] = 'b';
+  EXPECT_STREQ("b1756053.html", HTML_REF(&slot));
+  FileList other({"b.f90", "a.f90"});
+  EXPECT_STREQ("b1756053.html", HTML_REF(other.slot(0)));
+  EXPECT_STREQ("a1751050.html", HTML_REF(other.slot(1)));
+}
+
+TEST(HtmlRef, TellsPathsApartThatHashAlikeInTheOrderOfAsking) {
+  FileList files({path_with_number(7000, "mno.f90"),
+                  path_with_number(7000, "onm.f90"),
+                  path_with_number(7001, "mno.f90")});
+  EXPECT_STREQ("onm7000.html", HTML_REF(files.slot(1)));
+  EXPECT_STREQ("mno7001.html", HTML_REF(files.slot(0)));
+  EXPECT_STREQ("mno7002.html", HTML_REF(files.slot(2)));
+  EXPECT_STREQ("onm7000.html", HTML_REF(files.slot(1)));
+  EXPECT_STREQ("mno7001.html", HTML_REF(files.slot(0)));
+}
+
+TEST(HtmlRef, FollowsTheSeparatorOfPathsBackAndForth) {
+  const SettingsGuard settings;
+  FileList files({"dir/odd\\c.f90", "dir/d.f90"});
+  const std::string number = std::to_string(unique_id(*files.slot(0)));
+  for (int round = 0; round < 2; ++round) {
+    slash = '/';
+    EXPECT_EQ("odd\\c" + number + ".html", HTML_REF(files.slot(0)));
+    slash = '\\';
+    EXPECT_EQ("c" + number + ".html", HTML_REF(files.slot(0)));
+    HTML_REF(files.slot(1));
+  }
+}
+
+TEST(HtmlRef, OfTheEmptyPathHasTheFirstNumberThatIsFree) {
+  alone([] {
+    EXPECT_EQ("0000.html", page_name(""));
+    EXPECT_EQ("x0000.html", page_name(path_with_number(0, "x.f90")));
+    EXPECT_EQ("0001.html", page_name(""));
+    EXPECT_EQ("x0001.html", page_name(path_with_number(1, "x.f90")));
+    EXPECT_EQ("0002.html", page_name(""));
+  });
 }
 
 TEST(HtmlName, JoinsDirectorySlashAndPageName) {

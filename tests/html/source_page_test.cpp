@@ -12,7 +12,9 @@
 #include <vector>
 
 #include "analysis/declarations.h"
+#include "analysis/words.h"
 #include "driver/settings.h"
+#include "html/page_names.h"
 #include "tests/html/page_test.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
@@ -601,6 +603,152 @@ TEST_F(PrintLinks, AllByteValuesPassThroughUnchanged) {
     if (code != '\n') bytes += static_cast<char>(code);
   html_style |= LEVEL_3;
   EXPECT_EQ(bytes + "\n", content(bytes + "\n"));
+}
+
+// What the pane of a name shows for one of its units.
+std::string pane_item(const std::string& page, const std::string& path,
+                      const std::string& name, int index, int line) {
+  return "<a href=\"" + page + "#" + name + "-" + std::to_string(index) +
+         "\"><small>" + path + ":" + std::to_string(line) +
+         "</small></a><br/>\n";
+}
+
+TEST_F(PrintLinks, ALaterRunShowsItsOwnUnitsAndCallers) {
+  for (int run = 1; run <= 3; ++run) {
+    Declaration::forget_all();
+    Declaration& first = declare("s", 0, 1);
+    declare("s", 1, run);
+    first.add_calling(files.slot(2), 10 * run);
+    EXPECT_EQ(
+        definition("s-1", "s", caller(page_c, "c.f90", 10 * run)) +
+            "\n<a NAME=\"line2\"></a>" +
+            definitions_pane("s", pane_item(page_a, "a.f90", "s", 1, 1) +
+                                      pane_item(page_b, "b.f90", "s", 2, run)) +
+            "\n",
+        content("s\ns\n"))
+        << run;
+  }
+}
+
+TEST_F(PrintLinks, ALaterRunShowsTheFilesOfItsOwnList) {
+  for (const std::size_t file : {0u, 1u, 2u}) {
+    FileList list({*files.slot(file)});
+    new Declaration(DT_TYPE, "s", list.slot(0), 8);
+    new Declaration(DT_TYPE, "s", list.slot(0), 9);
+    EXPECT_EQ(
+        source_page(
+            *files.slot(0),
+            "<a NAME=\"line1\"></a>" +
+                definitions_pane(
+                    "s",
+                    pane_item(pages[file], *files.slot(file), "s", 1, 8) +
+                        pane_item(pages[file], *files.slot(file), "s", 2, 9)) +
+                "\n",
+            date_time),
+        page_of(0, "s\n"));
+    Declaration::forget_all();
+  }
+}
+
+TEST_F(PrintLinks, ANameThatGainsUnitsOrCallersShowsThem) {
+  Declaration& first = declare("s", 0, 1);
+  std::string items = pane_item(page_a, "a.f90", "s", 1, 1);
+  std::string callers;
+  for (int unit = 2; unit <= 4; ++unit) {
+    declare("s", 1, unit);
+    items += pane_item(page_b, "b.f90", "s", unit, unit);
+    for (const int line : {2 * unit, 2 * unit + 1}) {
+      first.add_calling(files.slot(2), line);
+      callers += caller(page_c, "c.f90", line);
+      EXPECT_EQ(definition("s-1", "s", callers) + "\n<a NAME=\"line2\"></a>" +
+                    definitions_pane("s", items) + "\n",
+                content("s\ns\n"))
+          << unit << ' ' << line;
+    }
+  }
+}
+
+// Their panes take more than a megabyte together.
+TEST_F(PrintLinks, ManyNamesWithManyUnitsShowEachItsOwn) {
+  std::string source;
+  std::string shown;
+  for (int k = 10; k < 40; ++k) {
+    const std::string name = "shared_" + std::to_string(k);
+    std::string items;
+    for (int unit = 1; unit <= 600; ++unit) {
+      declare(name.c_str(), 1, 100 * unit + k);
+      items += pane_item(page_b, "b.f90", name, unit, 100 * unit + k);
+    }
+    source += name + "\n";
+    shown += "<a NAME=\"line" + std::to_string(k - 9) + "\"></a>" +
+             definitions_pane(name, items) + "\n";
+  }
+  ASSERT_LT(1u << 20, shown.size());
+  for (int pass = 0; pass < 2; ++pass)
+    EXPECT_TRUE(content(source) == shown) << pass;
+}
+
+// Their menus are rendered for each of them.
+TEST_F(PrintLinks, FewUnitsWithManyCallersShowThemAll) {
+  Declaration& first = declare("s", 0, 1);
+  declare("s", 0, 2);
+  for (int line = 1; line <= 300; ++line)
+    first.add_calling(files.slot(1), line);
+  std::string items;
+  for (int line = 1; line <= 300; ++line) {
+    if (line == 102 || line == 203) items += new_column;
+    items += caller(page_b, "b.f90", line);
+  }
+  EXPECT_EQ(definition("s-1", "s", items) + "\n" +
+                definition("s-2", "s", items) + "\n",
+            content("s\ns\n"));
+}
+
+TEST_F(PrintLinks, PanesFollowTheSeparatorOfPaths) {
+  FileList list({"a.f90", "d/b.f90"});
+  Declaration* const first = new Declaration(DT_TYPE, "s", list.slot(0), 1);
+  new Declaration(DT_TYPE, "s", list.slot(1), 2);
+  first->add_calling(list.slot(1), 3);
+  write_file("a.f90", "s\ns\n");
+  const std::string number = std::to_string(unique_id("d/b.f90"));
+  for (const char separator : {'/', '\\', '/'}) {
+    slash = separator;
+    const std::string page =
+        (separator == '/' ? "b" : "d/b") + number + ".html";
+    print_links(list.slot(0), false);
+    EXPECT_EQ(
+        source_page("a.f90",
+                    definition("s-1", "s", caller(page, "d/b.f90", 3)) +
+                        "\n<a NAME=\"line2\"></a>" +
+                        definitions_pane(
+                            "s", pane_item(page_a, "a.f90", "s", 1, 1) +
+                                     pane_item(page, "d/b.f90", "s", 2, 2)) +
+                        "\n",
+                    date_time),
+        content_of("HTML" + std::string(1, separator) + page_a));
+  }
+}
+
+TEST_F(PrintLinks, NamesThatShareAHashAreLinkedEachToItsOwn) {
+  ASSERT_EQ(hash_of("apply_rk_0"), hash_of("cpply_rk_1"));
+  ASSERT_EQ(hash_of("apply_rk_0"), hash_of("epply_rk_2"));
+  declare("cpply_rk_1", 1, 3);
+  declare("apply_rk_0", 2, 4);
+  EXPECT_EQ(reference(1, page_c + "#apply_rk_0-1", "APPLY_RK_0") + " " +
+                reference(1, page_b + "#cpply_rk_1-1", "cpply_rk_1") +
+                " epply_rk_2\n",
+            content("APPLY_RK_0 cpply_rk_1 epply_rk_2\n"));
+}
+
+// Words that name nothing are passed over sooner when no keyword is sought.
+TEST_F(PrintLinks, LinksAreTheSameWithAndWithoutHighlighting) {
+  declare("f", 1, 3);
+  const std::string link = reference(1, page_b + "#f-1", "f");
+  for (const std::uint32_t style : {0u, 1024u, 2048u, 4096u, 8192u}) {
+    html_style = style;
+    EXPECT_EQ("x = if " + link + " do g\n", content("x = if f do g\n"))
+        << style;
+  }
 }
 
 TEST(PrintSyntax, WritesTheColumnsInTheChosenStyle) {

@@ -1,0 +1,150 @@
+#include "html/block_cache.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+
+#include "analysis/declarations.h"
+#include "driver/settings.h"
+#include "html/page_frame.h"
+#include "tests/support/capture.h"
+#include "tests/support/settings_guard.h"
+
+namespace {
+
+class BlockCacheTest : public testing::Test {
+ protected:
+  // Of a unit the cache takes the address alone, so these need not be units,
+  // and a later run may well have another unit at the same place.
+  const Declaration& unit(std::size_t i) {
+    return reinterpret_cast<const Declaration&>(places[i]);
+  }
+
+  // What the cache writes for a name whose block has this text now.
+  std::string shown(std::size_t i, std::size_t units, std::size_t items,
+                    const std::string& text) {
+    return written([&](std::FILE* html) {
+      cache.write(unit(i), units, items, html, [&](std::FILE* block) {
+        ++rendered;
+        put(block, text);
+      });
+    });
+  }
+
+  BlockCache cache;
+  int rendered = 0;
+  SettingsGuard settings;
+
+ private:
+  struct alignas(Declaration) Place {
+    char bytes[sizeof(Declaration)];
+  };
+  std::array<Place, 100> places;
+};
+
+TEST_F(BlockCacheTest, RendersABlockOnce) {
+  EXPECT_EQ("one\n", shown(0, 2, 2, "one\n"));
+  EXPECT_EQ("one\n", shown(0, 2, 2, "another"));
+  EXPECT_EQ("one\n", shown(0, 2, 2, "another"));
+  EXPECT_EQ(1, rendered);
+}
+
+TEST_F(BlockCacheTest, KeepsTheBlocksOfNamesApart) {
+  EXPECT_EQ("one", shown(0, 2, 2, "one"));
+  EXPECT_EQ("two", shown(1, 2, 2, "two"));
+  EXPECT_EQ("one", shown(0, 2, 2, "another"));
+  EXPECT_EQ("two", shown(1, 2, 2, "another"));
+  EXPECT_EQ(2, rendered);
+}
+
+TEST_F(BlockCacheTest, IsNotSharedWithOtherCaches) {
+  shown(0, 2, 2, "one");
+  BlockCache other;
+  EXPECT_EQ("two", written([&](std::FILE* html) {
+              other.write(unit(0), 2, 2, html,
+                          [](std::FILE* block) { put(block, "two"); });
+            }));
+}
+
+TEST_F(BlockCacheTest, KeepsEveryByteAndNothingOfEarlierBlocks) {
+  std::string bytes;
+  for (int code = 0; code < 256; ++code) bytes += static_cast<char>(code);
+  const std::string texts[] = {
+      std::string(300000, 'x') + "\n", "short", bytes, "",
+      std::string(70000, 'y'),         "z"};
+  for (int pass = 0; pass < 2; ++pass)
+    for (std::size_t i = 0; i < std::size(texts); ++i)
+      EXPECT_EQ(texts[i], shown(i, 2, 2, texts[i])) << "block " << i;
+}
+
+TEST_F(BlockCacheTest, RendersABlockAnewOnceItHasMoreItems) {
+  EXPECT_EQ("a", shown(0, 2, 1, "a"));
+  EXPECT_EQ("ab", shown(0, 2, 2, "ab"));
+  EXPECT_EQ("ab", shown(0, 2, 2, "another"));
+  EXPECT_EQ("abc", shown(0, 3, 3, "abc"));
+  EXPECT_EQ(3, rendered);
+}
+
+TEST_F(BlockCacheTest, KeepsABlockWithoutItems) {
+  EXPECT_EQ("none", shown(0, 2, 0, "none"));
+  EXPECT_EQ("none", shown(0, 2, 0, "another"));
+  EXPECT_EQ("one", shown(0, 2, 1, "one"));
+}
+
+TEST_F(BlockCacheTest, ForgetsItsBlocksWithTheRegistry) {
+  shown(0, 2, 2, "one");
+  shown(1, 2, 2, "two");
+  Declaration::forget_all();
+  EXPECT_EQ("new one", shown(0, 2, 2, "new one"));
+  EXPECT_EQ("new two", shown(1, 2, 2, "new two"));
+  EXPECT_EQ("new one", shown(0, 2, 2, "another"));
+  EXPECT_EQ(4, rendered);
+}
+
+TEST_F(BlockCacheTest, ForgetsItsBlocksWhenTheSeparatorOfPathsChanges) {
+  EXPECT_EQ("dir/a0001.html", shown(0, 2, 2, "dir/a0001.html"));
+  slash = '\\';
+  EXPECT_EQ("a0001.html", shown(0, 2, 2, "a0001.html"));
+  EXPECT_EQ("a0001.html", shown(0, 2, 2, "another"));
+  slash = '/';
+  EXPECT_EQ("dir/a0001.html", shown(0, 2, 2, "dir/a0001.html"));
+}
+
+TEST_F(BlockCacheTest, KeepsNoBlockOfMoreThan64ItemsForEachUnit) {
+  const struct {
+    std::size_t units;
+    std::size_t items;
+    int rendered;  // by two calls
+  } cases[] = {{1, 64, 1}, {1, 65, 2}, {3, 192, 1}, {3, 193, 2}, {3, 9999, 2}};
+  for (std::size_t i = 0; i < std::size(cases); ++i) {
+    const auto& c = cases[i];
+    rendered = 0;
+    EXPECT_EQ("first", shown(i, c.units, c.items, "first"));
+    const std::string kept = c.rendered == 1 ? "first" : "second";
+    EXPECT_EQ(kept, shown(i, c.units, c.items, "second"));
+    EXPECT_EQ(c.rendered, rendered) << c.units << " units, " << c.items;
+  }
+}
+
+TEST_F(BlockCacheTest, ForgetsItsBlocksOnceTheyTakeMoreThanAMegabyte) {
+  const std::string half(1 << 19, 'x');
+  shown(0, 2, 2, half);
+  shown(1, 2, 2, half);
+  EXPECT_EQ(half, shown(0, 2, 2, "not too much yet"));
+  shown(2, 2, 2, "y");
+  EXPECT_EQ("one", shown(0, 2, 2, "one"));
+  EXPECT_EQ("two", shown(1, 2, 2, "two"));
+  EXPECT_EQ("three", shown(2, 2, 2, "three"));
+  for (const std::size_t i : {0u, 1u, 2u}) shown(i, 2, 2, "another");
+  EXPECT_EQ(6, rendered);
+}
+
+TEST_F(BlockCacheTest, CountsABlockThatIsRenderedAnewOnce) {
+  shown(0, 2, 0, "kept");
+  for (std::size_t items = 0; items < 100; ++items)
+    shown(1, 2, items, std::string(20000, 'x'));
+  EXPECT_EQ("kept", shown(0, 2, 0, "another"));
+}
+
+}  // namespace
