@@ -93,6 +93,43 @@ TEST_F(WindowFaults, OutputDirectoriesOfAnyLengthAreRefused) {
   }
 }
 
+// The toolkit makes no absolute path of more than 255 characters: directories
+// are then known by their paths from the working directory.
+TEST_F(WindowFaults, WorkingDirectoriesOfAnyLengthAreUsedAsUsual) {
+  std::size_t length = folder.path().string().size();
+  for (const std::size_t least : {300u, 1100u, 2100u, 5000u}) {
+    SCOPED_TRACE(least);
+    for (; length < least; length += 101) {
+      fs::create_directory(std::string(100, 'd'));
+      fs::current_path(std::string(100, 'd'));
+    }
+    write_file("sub/x.f90", "program x\nend\n");
+    fs::create_directory("out");
+    show();
+    EXPECT_EQ((Texts{"@b.", "@b..", "@bout", "@bsub"}), potential());
+    click(*ui.potential_files, line_of(*ui.potential_files, "@bsub"));
+    EXPECT_EQ((Texts{"@b.", "@b..", "x.f90"}), potential());
+    select_texts(*ui.potential_files, {"x.f90"});
+    ui.add_button->do_callback();
+    EXPECT_EQ(Texts{"./sub/x.f90"}, selected());
+    draw();
+    {
+      const ModalWatcher cancel([](Fl_Window& chooser) {
+        button_of(chooser, "Cancel")->do_callback();
+      });
+      button_of(*window, "Browse...")->do_callback();
+    }
+    generate_in("out");
+    EXPECT_EQ(2, page_count("out"));
+    click(*ui.potential_files, line_of(*ui.potential_files, "@b.."));
+    EXPECT_EQ((Texts{"@b.", "@b..", "@bout", "@bsub"}), potential());
+    window.reset();
+    fs::remove_all("sub");
+    fs::remove_all("out");
+  }
+  fs::current_path(folder.path());
+}
+
 TEST_F(WindowFaults, DirectoriesOfOddNamesAreEnteredAndTakePages) {
   for (const std::string name : {"a\\b", "\\", "_under", "_", "R&D", "&",
                                  "me@home", "a@", "a|b", "%s"}) {
