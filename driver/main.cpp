@@ -5,6 +5,10 @@
 #include <FL/Fl_Button.H>
 #include <FL/Fl_Window.H>
 
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +21,21 @@
 #include "gui/help_keys.h"
 #include "gui/special_browser.h"
 #include "gui/user_interface.h"
+
+// Whatever is opened while a standard stream is closed takes its place, and
+// would take the reports, too: a page, or the connection to the X server.
+static void open_standard_streams() {
+  int stream = open("/dev/null", O_RDWR);
+  while (stream >= 0 && stream <= STDERR_FILENO)
+    stream = open("/dev/null", O_RDWR);
+  if (stream >= 0) close(stream);
+}
+
+// A pipe whose reader is gone takes no more reports; the window stays. Unlike
+// an ignored signal, one that is handled is not so for browsers started here.
+static void survive_broken_pipes() {
+  signal(SIGPIPE, [](int) {});
+}
 
 static void print_and_exit(const char* format, ...) {
   va_list arguments;
@@ -47,6 +66,8 @@ static void select_files(const ZelkorUserInterface& ui,
 
 int main(int argc, char** argv) {
   slash = '/';
+  open_standard_streams();
+  survive_broken_pipes();
   const CommandLine options = read_command_line(argc, argv);
   if (options.help) {
     print_usage(argv[0]);

@@ -4,9 +4,6 @@
 
 #include <gtest/gtest.h>
 
-// Xlib's macros would spoil the headers above if it came first.
-#include <X11/Xlib.h>
-
 #include <stdlib.h>
 
 #include <filesystem>
@@ -18,6 +15,7 @@
 #include "driver/version.h"
 #include "tests/support/capture.h"
 #include "tests/support/program.h"
+#include "tests/support/program_window.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/virtual_display.h"
 #include "tests/support/wait_until.h"
@@ -167,13 +165,7 @@ TEST_F(StartUp, AMissingDisplayEndsTheProgram) {
 
 class StartUpWithDisplay : public StartUp {
  protected:
-  StartUpWithDisplay() : connection(XOpenDisplay(nullptr)) {
-    XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
-  }
-  ~StartUpWithDisplay() override {
-    program.reset();
-    XCloseDisplay(connection);
-  }
+  ~StartUpWithDisplay() override { program.reset(); }
 
   // Starts the program and waits for its window.
   bool open(const Words& arguments) {
@@ -181,68 +173,16 @@ class StartUpWithDisplay : public StartUp {
     return is_open();
   }
 
-  bool is_open() {
-    bool found = false;
-    wait_until([&] { return (found = find_window()) || !program->running(); });
-    return found;
-  }
-
-  bool find_window() {
-    ::Window root = 0;
-    ::Window parent = 0;
-    ::Window* windows = nullptr;
-    unsigned int count = 0;
-    XQueryTree(connection, DefaultRootWindow(connection), &root, &parent,
-               &windows, &count);
-    bool found = false;
-    for (unsigned int i = 0; i < count && !found; ++i) {
-      XWindowAttributes attributes{};
-      XGetWindowAttributes(connection, windows[i], &attributes);
-      char* name = nullptr;
-      if (attributes.map_state == IsViewable &&
-          XFetchName(connection, windows[i], &name) != 0) {
-        found = true;
-        window = windows[i];
-        title = name;
-        XFree(name);
-      }
-    }
-    if (windows != nullptr) XFree(windows);
-    return found;
-  }
-
-  // Asks the window to close, as a window manager does.
-  void close() {
-    XEvent event{};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = window;
-    event.xclient.message_type = XInternAtom(connection, "WM_PROTOCOLS", False);
-    event.xclient.format = 32;
-    event.xclient.data.l[0] =
-        static_cast<long>(XInternAtom(connection, "WM_DELETE_WINDOW", False));
-    XSendEvent(connection, window, False, NoEventMask, &event);
-    XSync(connection, False);
-  }
-
-  void xdotool(Words words) {
-    words.insert(words.begin(), "xdotool");
-    Program step(words, "xdotool.output", "xdotool.errors");
-    EXPECT_EQ(0, step.wait()) << joined(words);
-  }
-
-  void click(int x, int y) {
-    xdotool({"mousemove", "--window", std::to_string(window), std::to_string(x),
-             std::to_string(y), "click", "1"});
-  }
-
-  void press_generate() { click(115, 25); }
+  bool is_open() { return window.wait_for(*program); }
+  void close() { window.close(); }
+  void press_generate() { window.click(115, 25); }
 
   // Generates pages in the directory "pages" and closes the program. Returns
   // the names of the pages.
   std::vector<std::string> generate() {
     fs::create_directory("pages");
-    click(150, 77);
-    xdotool({"type", "pages"});
+    window.click(150, 77);
+    window.type("pages");
     press_generate();
     EXPECT_TRUE(wait_until([] {
       if (!fs::exists("pages/index.html")) return false;
@@ -272,9 +212,7 @@ class StartUpWithDisplay : public StartUp {
   }
 
   VirtualDisplay server;
-  Display* connection;
-  ::Window window = 0;
-  std::string title;
+  ProgramWindow window;
 };
 
 // What a run over files of one line reports.
@@ -290,7 +228,7 @@ std::string run_reports(const Words& paths) {
 
 TEST_F(StartUpWithDisplay, TheWindowIsNamedAfterTheVersion) {
   ASSERT_TRUE(open({}));
-  EXPECT_EQ("Zelkor  " + version_of_build(), title);
+  EXPECT_EQ("Zelkor  " + version_of_build(), window.title());
 }
 
 TEST_F(StartUpWithDisplay, WithoutArgumentsNothingIsSelected) {
@@ -309,8 +247,8 @@ TEST_F(StartUpWithDisplay, ClosingTheWindowEndsTheProgram) {
 
 TEST_F(StartUpWithDisplay, EscapeEndsTheProgram) {
   ASSERT_TRUE(open({}));
-  xdotool({"mousemove", "--window", std::to_string(window), "265", "230", "key",
-           "Escape"});
+  window.click(265, 230);
+  window.press_key("Escape");
   EXPECT_EQ(0, end());
 }
 

@@ -8,6 +8,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "tests/support/ordinary_user.h"
 #include "tests/support/temporary_folder.h"
 
 namespace fs = std::filesystem;
@@ -153,6 +154,32 @@ TEST_F(CollectFiles, ADirectoryThatCannotBeListedYieldsNothing) {
   EXPECT_EQ(Paths{}, collect_files("file.f90/", {"f90"}, true));
 }
 
+TEST_F(CollectFiles, DirectoriesWithoutRightsYieldNothing) {
+  write_files({"a/x.f90", "locked/y.f90", "z/z.f90"});
+  fs::permissions(folder.path(), fs::perms(0755));
+  fs::permissions("locked", fs::perms::none);
+  {
+    const AsOrdinaryUser user;
+    EXPECT_EQ((Paths{"./a/x.f90", "./z/z.f90"}),
+              collect_files("./", {"f90"}, true));
+  }
+  fs::permissions("locked", fs::perms::owner_all);
+}
+
+// Without the right to search a directory its names can be listed, but nothing
+// can be told of what bears them.
+TEST_F(CollectFiles, JudgesEntriesOfAnUnsearchableDirectoryByTheirExtensions) {
+  write_files({"r/x.f90", "r/y.txt", "r/dir.f90/z.f90"});
+  fs::permissions(folder.path(), fs::perms(0755));
+  fs::permissions("r", fs::perms(0444));
+  {
+    const AsOrdinaryUser user;
+    EXPECT_EQ((Paths{"./r/dir.f90", "./r/x.f90"}),
+              collect_files("./", {"f90"}, true));
+  }
+  fs::permissions("r", fs::perms::owner_all);
+}
+
 TEST_F(CollectFiles, ARemovedWorkingDirectoryYieldsNothing) {
   fs::create_directory("gone");
   fs::current_path("gone");
@@ -175,6 +202,23 @@ TEST_F(CollectFiles, PathsMayBeLong) {
     deep += std::string(100, static_cast<char>('a' + level)) + "/";
   write_files({deep + "x.f90"});
   EXPECT_EQ((Paths{"./" + deep + "x.f90"}), collect_files("./", {"f90"}, true));
+}
+
+// A path of the system has 4095 bytes at most.
+TEST_F(CollectFiles, FindsNothingBelowTheLongestPath) {
+  const std::string name(200, 'd');
+  std::string found = "./x.f90";
+  Paths expected;
+  for (int level = 0; level < 25; ++level) {
+    write_file("x.f90", "");
+    if (found.size() <= 4095) expected.push_back(found);
+    fs::create_directory(name);
+    fs::current_path(name);
+    found.insert(2, name + "/");
+  }
+  fs::current_path(folder.path());
+  EXPECT_EQ(21u, expected.size());
+  EXPECT_EQ(expected, collect_files("./", {"f90"}, true));
 }
 
 }  // namespace

@@ -14,8 +14,8 @@
 
 #include "gui/special_browser.h"
 #include "tests/gui/main_window_fixture.h"
-#include "tests/gui/ordinary_user.h"
 #include "tests/gui/user.h"
+#include "tests/support/ordinary_user.h"
 
 namespace fs = std::filesystem;
 

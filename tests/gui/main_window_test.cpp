@@ -562,4 +562,33 @@ TEST_F(Browse, CancellingPutsHtmlDirIntoTheFieldInPlaceOfWhatWasTyped) {
   EXPECT_STREQ("HTML", ui.output_dir_input->value());
 }
 
+// The chooser takes a name that does not exist and makes nothing; the run is
+// refused then.
+TEST_F(Browse, ChosenDirectoryThatDoesNotExistIsRefusedByTheRun) {
+  write_file("a.f90", "x\n");
+  build();
+  ui.selected_files->add(path_of("a.f90").c_str());
+  browse("OK", path_of("nowhere"));
+  EXPECT_EQ(path_of("nowhere"), html_dir);
+  EXPECT_EQ(path_of("nowhere"), ui.output_dir_input->value());
+  EXPECT_FALSE(fs::exists("nowhere"));
+
+  const MessageBoxes boxes;
+  ui.generate_button->do_callback();
+  EXPECT_EQ(Texts{"! '" + path_of("nowhere") + "'\nis not a directory name"},
+            boxes.seen());
+  EXPECT_FALSE(fs::exists("nowhere"));
+}
+
+TEST_F(Browse, StartsAtDirectoriesOfAnyLength) {
+  build();
+  for (const std::size_t length : {255u, 1024u, 4096u}) {
+    const std::string place(length, 'd');
+    html_dir = place;
+    browse("Cancel");
+    EXPECT_EQ(place, html_dir);
+    EXPECT_EQ(place, ui.output_dir_input->value());
+  }
+}
+
 }  // namespace

@@ -1,7 +1,7 @@
 // Rights that a test gives up, for whoever runs the tests may read everything.
 
-#ifndef ZELKOR_TESTS_GUI_ORDINARY_USER_H
-#define ZELKOR_TESTS_GUI_ORDINARY_USER_H
+#ifndef ZELKOR_TESTS_SUPPORT_ORDINARY_USER_H
+#define ZELKOR_TESTS_SUPPORT_ORDINARY_USER_H
 
 #include <stdlib.h>
 #include <unistd.h>

@@ -1,0 +1,135 @@
+// Runs far larger than usual: they end, and their memory has a bound. Those
+// that put hundreds of megabytes on the disk run only when the variable
+// ZELKOR_LARGE_TESTS asks for them.
+
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "tests/faults/engine_run.h"
+#include "tests/support/alone.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The sanitizers' own records would be counted as memory of the run.
+#if defined(__SANITIZE_ADDRESS__)
+const bool memory_is_the_runs = false;
+#else
+const bool memory_is_the_runs = true;
+#endif
+
+// The most memory that this process has taken so far, in megabytes.
+double peak_memory() {
+  std::ifstream status("/proc/self/status");
+  std::string word;
+  while (status >> word && word != "VmHWM:") continue;
+  double kilobytes = 0;
+  status >> kilobytes;
+  return kilobytes / 1024;
+}
+
+bool ends_whole(const std::string& file) {
+  const std::string end = "</body>\n</html>\n";
+  std::ifstream page(file, std::ios::binary);
+  page.seekg(-static_cast<std::streamoff>(end.size()), std::ios::end);
+  std::string text(end.size(), ' ');
+  page.read(text.data(), static_cast<std::streamsize>(end.size()));
+  return page && text == end;
+}
+
+class LargeRun : public EngineRun {
+ protected:
+  // Writes a.f90 with a beginning and then a line as often as it goes into so
+  // many bytes.
+  static void write_long_file(const std::string& beginning,
+                              const std::string& line, std::size_t size) {
+    std::string block = line;
+    while (block.size() < 1000000) block += line;
+    std::ofstream file("a.f90", std::ios::binary);
+    file << beginning;
+    for (std::size_t left = size; left > 0;) {
+      const std::size_t count = std::min(left, block.size());
+      file.write(block.data(), static_cast<std::streamsize>(count));
+      left -= count;
+    }
+  }
+  void run_alone() {
+    FileList files({"a.f90"});
+    run(files);
+    EXPECT_EQ("Done!", messages().back());
+    EXPECT_TRUE(ends_whole("HTML/" + page_a));
+  }
+};
+
+TEST_F(LargeRun, TwentyThousandFilesHaveTwentyThousandPages) {
+  const int count = 20000;
+  write_file("b.f90", "subroutine s\nend\n");
+  write_file("s1.f90", "call s\n");
+  std::vector<std::string> paths = {"b.f90", "s1.f90"};
+  // Links to one file are made far quicker than as many files.
+  for (int i = 2; i < count; ++i) {
+    paths.push_back("s" + std::to_string(i) + ".f90");
+    fs::create_hard_link("s1.f90", paths.back());
+  }
+  FileList files(paths);
+  run(files);
+  EXPECT_EQ(3u * count + 2, messages().size());
+  EXPECT_EQ(count + 1, std::distance(fs::directory_iterator("HTML"),
+                                     fs::directory_iterator()));
+  EXPECT_TRUE(ends_whole("HTML/index.html"));
+  EXPECT_TRUE(ends_whole("HTML/" + page_b));
+  const std::string callers = content_of("HTML/" + page_b);
+  for (const std::string& path : {paths[1], paths[count - 1]})
+    EXPECT_NE(std::string::npos, callers.find(">" + path + "&nbsp;:&nbsp;1<"));
+}
+
+// Holes of a file take no room on disk and are read as NUL bytes.
+TEST_F(LargeRun, AFileOf200MegabytesOfNulBytesHasAPageWithoutText) {
+  std::ofstream("a.f90").put('\0');
+  fs::resize_file("a.f90", 200000000);
+  run_alone();
+  EXPECT_GT(1000000u, fs::file_size("HTML/" + page_a));
+}
+
+class HugeRun : public LargeRun {
+ protected:
+  void SetUp() override {
+    if (getenv("ZELKOR_LARGE_TESTS") == nullptr)
+      GTEST_SKIP() << "takes hundreds of megabytes; asked for by setting "
+                      "ZELKOR_LARGE_TESTS";
+    if (!memory_is_the_runs) GTEST_SKIP() << "memory cannot be told here";
+  }
+};
+
+// The declaration pass holds a file as lines, which take some room each beside
+// their text; the other passes hold a line at a time.
+TEST_F(HugeRun, AFileOf200MegabytesTakesLessThanFourTimesItsSize) {
+  alone([this] {
+    write_long_file("subroutine solve\n",
+                    "      x(i, j) = a(i) * b(j) + c ! sums\n", 200000000);
+    const double before = peak_memory();
+    run_alone();
+    EXPECT_LT(200000000u, fs::file_size("HTML/" + page_a));
+    EXPECT_GT(800, peak_memory() - before);
+  });
+}
+
+TEST_F(HugeRun, ALineOf200MegabytesTakesLessThanTwiceItsSize) {
+  alone([this] {
+    write_long_file("", "x = 1; ", 200000000);
+    const double before = peak_memory();
+    run_alone();
+    EXPECT_LT(200000000u - 4096u, fs::file_size("HTML/" + page_a));
+    EXPECT_GT(400, peak_memory() - before);
+  });
+}
+
+}  // namespace

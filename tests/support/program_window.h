@@ -1,0 +1,49 @@
+// The window of a program under test, seen and used from outside.
+
+#ifndef ZELKOR_TESTS_SUPPORT_PROGRAM_WINDOW_H
+#define ZELKOR_TESTS_SUPPORT_PROGRAM_WINDOW_H
+
+#include <string>
+#include <vector>
+
+#include "tests/support/program.h"
+
+struct _XDisplay;
+
+/// The one window on the display that DISPLAY names. Mouse and keys are those
+/// of xdotool.
+class ProgramWindow {
+ public:
+  /// Connects to the display.
+  ProgramWindow();
+  ~ProgramWindow();
+  ProgramWindow(const ProgramWindow&) = delete;
+  ProgramWindow& operator=(const ProgramWindow&) = delete;
+
+  /// Waits until the window of a program is on screen. Returns whether it came
+  /// before the program ended.
+  bool wait_for(Program& program);
+
+  /// Its title, once it has been waited for.
+  const std::string& title() const { return text; }
+
+  void click(int x, int y);
+  void type(const std::string& keys);
+  void press_key(const std::string& name);
+
+  /// Asks it to close, as a window manager does.
+  void close();
+
+  /// Leaves the display, which may go away then; nothing else can be done
+  /// afterwards.
+  void disconnect();
+
+ private:
+  bool find();
+
+  _XDisplay* connection;
+  unsigned long window = 0;
+  std::string text;
+};
+
+#endif
