@@ -54,7 +54,8 @@ const byteOrder = (a, b) => (a < b ? -1 : a > b ? 1 : 0);
  *
  *   marks  of a source page, in the order of its text:
  *          {kind: 'link', word, line, anchor, href}
- *          {kind: 'pane' or 'menu', word, line, anchor, title, columns}
+ *          {kind: 'pane', word, line, anchor, title, columns}
+ *          {kind: 'menu', word, line, anchor, sign, title, columns}
  *   menus, lists  of the index page, in the order of the kinds:
  *          {label, href, columns} and {heading, anchor, bullets, text, links}
  *
@@ -100,7 +101,7 @@ export function expectedPages(tree) {
     if (definition) {
       const links = [...callers.get(key).values()];
       return { kind: 'menu', word, line, anchor: `${word}-${definition.index}`,
-        title: 'Referenced By...',
+        sign: '\u2020', title: 'Referenced By...',
         columns: columns(links, callersPerColumn(links.length)) };
     }
     const anchor = `line${line}`;

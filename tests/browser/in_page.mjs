@@ -59,6 +59,7 @@ export function contents() {
     const definition = node.parentElement.previousElementSibling;
     return { kind: 'menu', word: definition.textContent,
       line: line(definition), anchor: definition.name,
+      sign: node.firstChild.textContent,
       title: title(pane), columns: columns(pane) };
   }) };
 }

@@ -90,34 +90,79 @@ async function landed(page, address) {
   return assert.fail(`${address}: ${JSON.stringify(at)}`);
 }
 
-const trees = { made: madeTree(),
-  sample: treeBelow(process.env.ZELKOR_SAMPLE) };
+const sample = treeBelow(process.env.ZELKOR_SAMPLE);
 
-describe('the pages of the', { concurrency: true }, () => {
-  for (const [name, tree] of Object.entries(trees))
-    for (const scripts of [true, false])
-      describe(`${name} tree, scripts ${scripts ? 'on' : 'off'}`,
-        { concurrency: false },
-        () => useTree(name, tree, scripts));
+describe('what the tests rely on', () => {
+  it('is that the made tree has menus at the bounds of columns', () => {
+    const pages = [...expectedPages(madeTree()).values()];
+    const sizes = ({ columns }) => columns.map(({ length }) => length);
+    const menus = pages.flatMap(({ marks = [] }) => marks);
+    const called = (n) =>
+      sizes(menus.find(({ anchor }) => anchor === `called_${n}-1`));
+    assert.deepEqual(calledSoOften.map(called),
+      [[], [13], [8, 6], [12, 11], [9, 9, 6], [17, 17, 16]]);
+    const ofKind = (label) =>
+      sizes(pages.at(-1).menus.find((menu) => menu.label === label));
+    assert.deepEqual(ofKind('FUNCTIONS'), [25]);
+    assert.deepEqual(ofKind('TYPES'), [25, 1]);
+  });
+
+  for (const scripts of [true, false])
+    it(`is that scripts ${scripts ? 'run' : 'can be kept from running'}`,
+      async () => {
+        const { page, strangers, messages } =
+          await openPage(browser, { scripts });
+        const file = join(scratch, 'scripted.html');
+        writeFileSync(file, '<p>plain<script>console.log("message");' +
+          'document.write("scripted<img src=http://127.0.0.1:9/>")</script>');
+        await page.goto(pathToFileURL(file).href);
+        const text = await page.locator('p').innerText();
+        assert.equal(text, scripts ? 'plainscripted' : 'plain');
+        assert.equal(strangers.length, scripts ? 1 : 0);
+        assert.equal(messages.includes('message'), scripts);
+      });
 });
+
+describe('made tree', () => useTree('made', madeTree(), true));
+describe('made tree, scripts switched off',
+  () => useTree('made-plain', madeTree(), false));
+describe('sample, scripts switched off',
+  () => useTree('sample', sample, false));
 
 function useTree(name, tree, scripts) {
   const expected = expectedPages(tree);
   let pages, page, strangers, messages;
 
   before(async () => {
-    pages = makePages(tree, `${name}-${scripts}`);
+    pages = makePages(tree, name);
     ({ page, strangers, messages } = await openPage(browser, { scripts }));
   });
 
-  // The pop-ups of a page, in the order of its text, as columns of links.
+  // The pop-ups of a page, in the order of its text.
   const popupsOf = ({ marks, menus }) =>
-    (menus ?? marks.filter(({ kind }) => kind !== 'link'))
-      .map(({ columns }) => columns);
+    menus ?? marks.filter(({ kind }) => kind !== 'link');
 
-  const plainLinksOf = ({ marks, menus, lists }) => marks
-    ? marks.filter(({ kind }) => kind === 'link').map(({ href }) => href)
-    : [...menus, ...lists.flatMap(({ links }) => links)].map((a) => a.href);
+  // The links of a page by their kind, each with a function that brings it to
+  // the screen and returns a point of it. What has no text cannot be clicked.
+  function linksOf(wanted) {
+    const inPopups = popupsOf(wanted).flatMap(({ kind, columns }, number) =>
+      columns.flatMap((column, c) => column.map(({ text, href }, k) => ({
+        kind, text, href, show: async () => {
+          const { pane } = await open(page, number);
+          return page.evaluate(pointOn, [number, pane.columns[c][k].box]);
+        },
+      }))));
+    const { marks, menus, lists } = wanted;
+    const plain = marks ? marks.filter(({ kind }) => kind === 'link') : [
+      ...menus.map(({ label, href }) => ({ kind: 'label', text: label, href })),
+      ...lists.flatMap(({ links }) => links)];
+    const inText = plain.map(({ kind = 'item', text = kind, href }, number) =>
+      ({ kind, text, href, show: () => page.evaluate(pointOnLink, number) }));
+    const kinds = new Map();
+    for (const link of [...inPopups, ...inText].filter(({ text }) => text))
+      kinds.set(link.kind, [...kinds.get(link.kind) ?? [], link]);
+    return [...kinds.values()];
+  }
 
   for (const [file, wanted] of expected)
     it(`${file} shows what the sources hold`, async () => {
@@ -130,7 +175,7 @@ function useTree(name, tree, scripts) {
       await moveAway(page);
       await page.goto(pages + file);
       assert.deepEqual(await page.evaluate(shownPanes), [], 'at first');
-      for (const [number, columns] of popupsOf(wanted).entries()) {
+      for (const [number, { columns }] of popupsOf(wanted).entries()) {
         const where = `pop-up ${number}`;
         const { mark, pane } = await open(page, number);
         assert.deepEqual(await page.evaluate(shownPanes), [number], where);
@@ -153,34 +198,18 @@ function useTree(name, tree, scripts) {
       }
     });
 
-  it('leads from its links to their anchors', async () => {
-    const clicked = new Set();
+  it('leads from the first and last links of a kind to anchors', async () => {
     const ends = { top: 0, bottom: 0 };
-    const click = async (file, address, findPoint) => {
-      if (clicked.has(address)) return;
-      clicked.add(address);
-      await moveAway(page);
-      await page.goto(pages + file);
-      const { x, y } = await findPoint();
-      await page.mouse.click(x, y);
-      ++ends[await landed(page, address)];
-    };
-    for (const [file, wanted] of expected) {
-      const address = (href) => new URL(href, pages + file).href;
-      for (const [number, columns] of popupsOf(wanted).entries())
-        for (const [c, column] of columns.entries())
-          for (const k of new Set([0, column.length - 1]))
-            await click(file, address(column[k].href), async () => {
-              const { pane } = await open(page, number);
-              const { box } = pane.columns[c][k];
-              return page.evaluate(pointOn, [number, box]);
-            });
-      for (const [number, href] of plainLinksOf(wanted).entries())
-        await click(file, address(href), () =>
-          page.evaluate(pointOnLink, number));
-    }
+    for (const [file, wanted] of expected)
+      for (const links of linksOf(wanted))
+        for (const { href, show } of new Set([links[0], links.at(-1)])) {
+          await moveAway(page);
+          await page.goto(pages + file);
+          const { x, y } = await show();
+          await page.mouse.click(x, y);
+          ++ends[await landed(page, new URL(href, pages + file).href)];
+        }
     assert.ok(ends.top > 0 && ends.bottom > 0, JSON.stringify(ends));
-    console.log(clicked.size, ends);
   });
 
   it('asks for files only and says nothing', () => {
