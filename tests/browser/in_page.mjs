@@ -1,6 +1,6 @@
-// Functions that are handed to the browser, which runs them outside of the
-// page's own world: they work on pages whose scripts are switched off, too.
-// None of them may use anything from outside itself.
+// Functions that are handed to the browser. It runs them on behalf of its
+// debugger, even where the scripts of a page are switched off. None of them may
+// use anything from outside itself.
 
 /** What a source or index page shows, in the form of expectedPages(). */
 export function contents() {
@@ -8,11 +8,11 @@ export function contents() {
   const textBefore = (node) => {
     const pre = node.closest('pre');
     const texts = document.createTreeWalker(pre, NodeFilter.SHOW_TEXT);
+    const before = Node.DOCUMENT_POSITION_PRECEDING;
     let text = '';
     while (texts.nextNode()) {
       const at = texts.currentNode;
-      if (!(node.compareDocumentPosition(at) & Node.DOCUMENT_POSITION_PRECEDING))
-        break;
+      if (!(node.compareDocumentPosition(at) & before)) break;
       if (!at.parentElement.closest('.popup, table.pane')) text += at.data;
     }
     return text;
@@ -75,12 +75,10 @@ export function bringUp(number) {
   return { x: box.x + box.width / 2, y: box.y + box.height / 2 };
 }
 
-/** What is on the screen of all panes: the numbers of those that reach into the
- *  window or to the right of it. */
+/** The numbers of the panes that are not wholly to the left of the window. */
 export function shownPanes() {
-  return [...document.querySelectorAll('table.pane')]
-    .map((pane, number) => ({ number, right: pane.getBoundingClientRect().right }))
-    .filter(({ right }) => right > 0).map(({ number }) => number);
+  return [...document.querySelectorAll('table.pane')].flatMap((pane, number) =>
+    pane.getBoundingClientRect().right > 0 ? number : []);
 }
 
 /** The look of the open pane of this number: its place and that of its links,
@@ -105,8 +103,8 @@ export function openPane(number) {
       height: document.documentElement.clientHeight } };
 }
 
-/** The first height on the way straight down between two points, pixel by pixel,
- *  at which the mouse is not on the pop-up of this number; null: none. */
+/** The first height on the way straight down between two points, pixel by
+ *  pixel, at which the mouse is not on the pop-up of this number; null: none. */
 export function gapOnWay([number, from, to]) {
   const popup = document.querySelectorAll('.popup, .multiref')[number];
   for (let y = from.y; y <= to.y; ++y)
