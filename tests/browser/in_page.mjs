@@ -103,8 +103,8 @@ export function openPane(number) {
       height: document.documentElement.clientHeight } };
 }
 
-/** The first height on the way straight down between two points, pixel by
- *  pixel, at which the mouse is not on the pop-up of this number; null: none. */
+/** The first height at which the mouse, on its way straight down from one point
+ *  to another, is not on the pop-up of this number; null: none. */
 export function gapOnWay([number, from, to]) {
   const popup = document.querySelectorAll('.popup, .multiref')[number];
   for (let y = from.y; y <= to.y; ++y)
