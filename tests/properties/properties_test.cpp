@@ -1,0 +1,318 @@
+// What holds for any tree, checked over trees made at random.
+//
+// ZELKOR_PROPERTY_FILES is the number of source files to check (300), and
+// ZELKOR_PROPERTY_SEED the seed of the first tree (1); each further tree has
+// the next seed. A failure names the seed of its tree, so that this tree alone
+// can be looked at again.
+
+#include "tests/properties/properties.h"
+
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <clocale>
+#include <cstring>
+#include <functional>
+#include <memory>
+
+#include "analysis/normalise.h"
+#include "analysis/ram_file.h"
+#include "driver/settings.h"
+#include "html/page_names.h"
+#include "tests/properties/random_tree.h"
+#include "tests/support/alone.h"
+#include "tests/support/environment.h"
+#include "tests/support/file_list.h"
+#include "tests/support/fixed_clock.h"
+#include "tests/support/settings_guard.h"
+#include "tests/support/temporary_folder.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::uint64_t number_of(const char* variable, std::uint64_t otherwise) {
+  const char* value = getenv(variable);
+  return value == nullptr ? otherwise : std::strtoull(value, nullptr, 10);
+}
+
+const std::uint64_t files_to_check = number_of("ZELKOR_PROPERTY_FILES", 300);
+const std::uint64_t first_seed = number_of("ZELKOR_PROPERTY_SEED", 1);
+
+// Does something for one tree after the other, each in a folder of its own,
+// until they have enough files; stops at the first that fails.
+void for_trees(const std::function<void(Tree&, Dice&)>& check) {
+  const TimeZone zone;
+  const SettingsGuard settings;
+  std::uint64_t files = 0;
+  for (std::uint64_t seed = first_seed; files < files_to_check; ++seed) {
+    Dice dice(seed);
+    Tree tree = random_tree(dice);
+    const TemporaryFolder folder;
+    tree.write();
+    check(tree, dice);
+    files += tree.sources.size();
+    if (!testing::Test::HasFailure()) continue;
+    FAIL() << "in the tree of ZELKOR_PROPERTY_SEED=" << seed;
+  }
+}
+
+void expect_none(const Faults& faults) {
+  for (const std::string& fault : faults) ADD_FAILURE() << fault;
+}
+
+TEST(Pages, ShowTheLinesOfTheirSourcesOnceTheMarkUpIsTakenOut) {
+  for_trees([](const Tree& tree, Dice&) {
+    const FinishedRun run = run_over(tree);
+    expect_none(pages_show_their_lines(ReadPages(run)));
+  });
+}
+
+TEST(Pages, HaveNoLinkThatLeadsNowhereButByARule) {
+  std::map<Exception, int> met;
+  for_trees([&](const Tree& tree, Dice&) {
+    const FinishedRun run = run_over(tree);
+    expect_none(links_land(ReadPages(run), met));
+  });
+  // What never comes up is not checked, either.
+  if (files_to_check < 300) return;
+  for (const Exception exception :
+       {Exception::no_name, Exception::odd_operator, Exception::long_line,
+        Exception::listed_twice, Exception::shared_page})
+    EXPECT_LT(0, met[exception]) << static_cast<int>(exception);
+}
+
+TEST(Pages, MarkEveryWordThatMeansSomethingAndNoOther) {
+  for_trees([](const Tree& tree, Dice&) {
+    const FinishedRun run = run_over(tree);
+    expect_none(words_that_mean_something_are_marked(ReadPages(run)));
+  });
+}
+
+TEST(Pages, ListAllReferencesInTheMenuOfADefinition) {
+  for_trees([](const Tree& tree, Dice&) {
+    const FinishedRun run = run_over(tree);
+    expect_none(menus_list_all_references(ReadPages(run)));
+  });
+}
+
+TEST(Pages, AreTheSameInASecondRun) {
+  for_trees([](const Tree& tree, Dice& dice) {
+    const FinishedRun first = run_over(tree);
+    // Something else between them must leave no trace.
+    Tree other = random_tree(dice);
+    other.sources = tree.sources;
+    run_over(other);
+    const FinishedRun second = run_over(tree);
+    EXPECT_EQ(first.pages.size(), second.pages.size());
+    for (const auto& [name, page] : first.pages) {
+      const auto without_date = [](const FinishedRun& run,
+                                   const std::string& text) {
+        return text.substr(0, text.rfind(run.trailer));
+      };
+      ASSERT_EQ(1u, second.pages.count(name)) << name;
+      EXPECT_TRUE(without_date(first, page) ==
+                  without_date(second, second.pages.at(name)))
+          << name;
+    }
+  });
+}
+
+// Files that share a page, or stand in the list twice, change what stays.
+TEST(Pages, KeepAllButNumbersAndTheirOrderWhenTheListIsInAnotherOrder) {
+  for_trees([](Tree& tree, Dice& dice) {
+    std::sort(tree.list.begin(), tree.list.end());
+    tree.list.erase(std::unique(tree.list.begin(), tree.list.end()),
+                    tree.list.end());
+    const FinishedRun one = run_over(tree);
+    const ReadPages pages(one);
+    if (pages.shown_slots.size() < tree.list.size()) return;
+    Tree shuffled = tree;
+    dice.shuffle(shuffled.list);
+    const FinishedRun other = run_over(shuffled);
+    expect_none(order_changes_numbers_alone(pages, ReadPages(other)));
+  });
+}
+
+TEST(Index, ListsEveryUnitOfTheRegistryOnce) {
+  for_trees([](const Tree& tree, Dice&) {
+    expect_none(index_lists_every_unit_once(run_over(tree)));
+  });
+}
+
+TEST(Registry, HoldsWhatTheLinesOpen) {
+  for_trees([](const Tree& tree, Dice&) {
+    expect_none(units_are_what_lines_open(run_over(tree)));
+  });
+}
+
+TEST(Blanking, KeepsTheLengthAndIsDoneOnce) {
+  Dice dice(first_seed);
+  for (std::uint64_t i = 0; i < 20 * files_to_check; ++i) {
+    const std::string line = random_line(dice) + "\n";
+    for (const bool fixed_form : {false, true}) {
+      std::string once = line;
+      hide_F90_strings_comments(once.data(), fixed_form);
+      std::string twice = once;
+      hide_F90_strings_comments(twice.data(), fixed_form);
+      ASSERT_EQ(line.size(), std::strlen(once.c_str())) << line;
+      ASSERT_EQ(once, twice) << line;
+      for (std::size_t at = 0; at < line.size(); ++at)
+        ASSERT_TRUE(once[at] == line[at] || once[at] == ' ') << line;
+      if (!fixed_form) {
+        ASSERT_EQ(blanked(line), once);
+      }
+    }
+  }
+}
+
+std::vector<std::string> lines_of(ramFILE& file) {
+  std::vector<std::string> lines;
+  file.rewind();
+  for (char line[2 * 4096]; !at_eof(&file, false);) {
+    fgets(line, sizeof line, &file);
+    lines.emplace_back(line);
+  }
+  return lines;
+}
+
+TEST(SourceInMemory, KeepsItsLinesThroughBlankingAndTheirNumberThroughJoining) {
+  for_trees([](const Tree& tree, Dice&) {
+    for (const auto& [path, text] : tree.sources) {
+      const std::unique_ptr<ramFILE> file(ramFILE::New(path.c_str()));
+      if (file == nullptr) continue;
+      std::vector<std::string> expected;
+      for (const Piece& piece : pieces_of(text, 1024))
+        expected.push_back(blanked(piece.text));
+      hide_F90_strings_comments(file.get(), false);
+      EXPECT_EQ(expected, lines_of(*file)) << path;
+      hide_F90_strings_comments(file.get(), false);
+      EXPECT_EQ(expected, lines_of(*file)) << path;
+    }
+  });
+}
+
+// A locale in which some bytes above 127 are letters.
+const char* enter_latin_1() {
+  fs::create_directory("locales");
+  const std::string command =
+      "localedef -i de_DE -f ISO-8859-1 locales/de_DE.ISO-8859-1 "
+      ">/dev/null 2>&1";
+  if (std::system(command.c_str()) != 0) ADD_FAILURE() << "no such locale";
+  setenv("LOCPATH", fs::absolute("locales").c_str(), 1);
+  const char* name = std::setlocale(LC_ALL, "de_DE.ISO-8859-1");
+  EXPECT_NE(nullptr, name);
+  return name;
+}
+
+// The pages of a tree, by name.
+std::map<std::string, std::string> pages_without_dates(const Tree& tree) {
+  FinishedRun run = run_over(tree);
+  for (auto& [name, text] : run.pages) text.resize(text.rfind(run.trailer));
+  return run.pages;
+}
+
+TEST(Pages, AreTheSameInEveryLocale) {
+  alone([] {
+    const TemporaryFolder folder;
+    for_trees([](const Tree& tree, Dice&) {
+      std::setlocale(LC_ALL, "C");
+      const auto pages = pages_without_dates(tree);
+      static const std::string latin_1 = enter_latin_1();
+      for (const char* locale : {latin_1.c_str(), "C.utf8"}) {
+        ASSERT_NE(nullptr, std::setlocale(LC_ALL, locale)) << locale;
+        EXPECT_TRUE(pages == pages_without_dates(tree)) << locale;
+      }
+      std::setlocale(LC_ALL, "C");
+    });
+  });
+}
+
+// Enters folders until the path of the working directory is longer than the
+// system can name at once.
+void go_deep_down() {
+  const std::string name(200, 'd');
+  for (int i = 0; i < 25; ++i) {
+    fs::create_directory(name);
+    fs::current_path(name);
+  }
+}
+
+TEST(Pages, AreTheSameHoweverDeepTheWorkingDirectory) {
+  for_trees([](const Tree& tree, Dice&) {
+    const auto pages = pages_without_dates(tree);
+    go_deep_down();
+    tree.write();
+    EXPECT_TRUE(pages == pages_without_dates(tree));
+  });
+}
+
+// Only the time zone is looked at, for the date.
+TEST(Pages, AreTheSameInEveryEnvironment) {
+  alone([] {
+    for_trees([](const Tree& tree, Dice& dice) {
+      const auto pages = pages_without_dates(tree);
+      for (const char* name :
+           {"LANG", "LC_ALL", "LC_CTYPE", "HOME", "PATH", "BROWSER",
+            "QUMBRA_HOME", "COLUMNS", "TMPDIR", "USER", "POSIXLY_CORRECT",
+            "PWD", "DISPLAY", "SOURCE_DATE_EPOCH"}) {
+        static const std::vector<std::string> values = {
+            "", "/", "0", "de_DE.ISO-8859-1", "%s%n", "1e9"};
+        set_environment(name, dice.one_of(values));
+      }
+      EXPECT_TRUE(pages == pages_without_dates(tree));
+      unsetenv("TMPDIR");
+      clearenv();
+      setenv("TZ", "UTC0", 1);
+      EXPECT_TRUE(pages == pages_without_dates(tree));
+    });
+  });
+}
+
+// The number that the bytes of a path add up to.
+int path_sum(const std::string& path) {
+  int sum = 0;
+  for (const char c : path)
+    sum = (sum + static_cast<signed char>(c) * 5003) & 0x1FFFFF;
+  return sum;
+}
+
+std::string page_name_of(const std::string& path) {
+  FileList files({path});
+  return HTML_REF(files.slot(0));
+}
+
+// Page names in a process that asks for them in the order of a list.
+void expect_names_in_order(const std::vector<std::string>& list) {
+  std::map<int, std::string> owners;
+  for (const std::string& path : list) {
+    int number = path_sum(path);
+    while (!owners.try_emplace(number, path).second && owners[number] != path)
+      ++number;
+    const std::string last = path.substr(path.rfind('/') + 1);
+    char ending[32];
+    std::snprintf(ending, sizeof ending, "%04d.html", number);
+    EXPECT_EQ(last.substr(0, last.rfind('.')) + ending, page_name_of(path));
+  }
+}
+
+TEST(PageNames, FollowFromThePathsAndTheOrderInWhichTheyAreAskedFor) {
+  alone([] {
+    std::vector<std::string> list;
+    for_trees([&](const Tree& tree, Dice&) {
+      list.insert(list.end(), tree.list.begin(), tree.list.end());
+    });
+    expect_names_in_order(list);
+  });
+}
+
+TEST(PageNames, CanBeSharedByFilesOfDifferentStemsAndNumbers) {
+  alone([] {
+    EXPECT_EQ("a884636.html", page_name_of("xxxxxxxxxxxxxxxxW/a88.f90"));
+    EXPECT_EQ("a884636.html", page_name_of("cd/a.f90"));
+  });
+}
+
+}  // namespace

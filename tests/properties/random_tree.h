@@ -1,0 +1,45 @@
+// Trees made at random out of what has ever been a special case.
+
+#ifndef ZELKOR_TESTS_PROPERTIES_RANDOM_TREE_H
+#define ZELKOR_TESTS_PROPERTIES_RANDOM_TREE_H
+
+#include <cstdint>
+#include <initializer_list>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/properties/tree.h"
+
+/// Chance that is the same on every machine.
+class Dice {
+ public:
+  explicit Dice(std::uint64_t seed) : engine(seed) {}
+
+  /// A number from 0 up to, not including, n.
+  std::size_t below(std::size_t n) { return engine() % n; }
+  bool percent(std::size_t chance) { return below(100) < chance; }
+
+  template <typename Value>
+  const Value& one_of(const std::vector<Value>& values) {
+    return values[below(values.size())];
+  }
+
+  template <typename Value>
+  void shuffle(std::vector<Value>& values) {
+    for (std::size_t i = values.size(); i > 1; --i)
+      std::swap(values[i - 1], values[below(i)]);
+  }
+
+ private:
+  std::mt19937_64 engine;
+};
+
+/// A tree of one to eight files. A path may stand in its list twice, and name
+/// a file that is not there or a directory.
+Tree random_tree(Dice& dice);
+
+/// A line of source, with or without a line end.
+std::string random_line(Dice& dice);
+
+#endif

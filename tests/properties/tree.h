@@ -1,0 +1,73 @@
+// A source tree and what a run makes of it.
+
+#ifndef ZELKOR_TESTS_PROPERTIES_TREE_H
+#define ZELKOR_TESTS_PROPERTIES_TREE_H
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "analysis/dec_type.h"
+
+/// What a run is given.
+struct Tree {
+  std::map<std::string, std::string> sources;  ///< contents by path
+  std::vector<std::string> list;               ///< paths, in list order
+  std::uint32_t style = 0;                     ///< html_style
+
+  /// Writes the sources into the working directory.
+  void write() const;
+};
+
+/// One unit of the registry, as it stood after a run.
+struct Unit {
+  DecType type;
+  std::string key;
+  std::string name;
+  std::size_t slot;  ///< from 0
+  int line;
+  int index;  ///< its definition index
+  /// Its references, in order: path and line.
+  std::vector<std::pair<std::string, int>> callers;
+};
+
+/// What a run left.
+struct FinishedRun {
+  const Tree* tree;
+  std::vector<Unit> units;                   ///< in the registry's order
+  std::vector<std::string> page_names;       ///< of each slot
+  std::map<std::string, std::string> pages;  ///< contents by file name
+  std::string trailer;                       ///< the end of every page
+
+  /// The units of a name in upper case, in order; empty when there is none.
+  std::vector<const Unit*> namesakes(const std::string& key) const;
+};
+
+/// Runs the engine over a tree that stands in the working directory; the pages
+/// go into html_dir, which is emptied first.
+FinishedRun run_over(const Tree& tree);
+
+/// The pieces in which a file's text is read: each as long as a buffer of that
+/// size allows unless a line end ends it before, and cut at its first NUL.
+struct Piece {
+  std::string text;
+  bool met_end = false;  ///< the end of the file ended it, nothing else
+};
+std::vector<Piece> pieces_of(const std::string& text, std::size_t size);
+
+/// A line with its strings and comments blanked, as free form has it.
+std::string blanked(std::string line);
+
+/// The upper-case form of a text.
+std::string upper(std::string text);
+
+/// What a word or name is known by.
+std::string known_by(const std::string& word);
+
+/// The column just past the word that stands at a column.
+std::size_t end_of_word(const std::string& line, std::size_t start);
+
+bool is_word_character(char c);
+
+#endif
