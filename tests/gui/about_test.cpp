@@ -11,6 +11,7 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -138,6 +139,14 @@ TEST(EstNumLines, AllWhiteSpaceEndsWords) {
       {"aaa\x85"
        "bbb cccc",
        0, 7, 1, 1},
+  });
+}
+
+TEST(EstNumLines, OnlyANewlineEndsALineThatFits) {
+  expect_counts({
+      {"one\rtwo\r", 0, 0, far, 0},
+      {"one\vtwo\fthree\t", 0, 0, far, 0},
+      {"one\r\ntwo\r\n", 0, 0, far, 2},
   });
 }
 
@@ -358,6 +367,14 @@ TEST_F(About, LineBreaksWhenAWordWouldMakeItWiderThan394) {
   EXPECT_EQ(block_height(1), height_of_text(word_of(395).c_str()));
 }
 
+TEST_F(About, LineBreaksAt394UnderAWiderLogoToo) {
+  const std::string text = word_of(395);
+  about({600, 10}, text.c_str(), [&](Fl_Dialog& dialog) {
+    EXPECT_EQ(600, output(dialog).w());
+    EXPECT_EQ(block_height(1), output(dialog).h());
+  });
+}
+
 TEST_F(About, MeasuresInItsOwnFontWhateverFontIsCurrent) {
   const std::string text = word_of(394);
   int height = 0;
@@ -397,6 +414,18 @@ TEST_F(About, ShowsOnceThePendingEventsAreDealtWith) {
   about({20, 10}, "text");
   EXPECT_EQ(4, events.before);
   EXPECT_EQ(0, events.after);
+}
+
+TEST_F(About, WaitsHalfASecondForEventsToCome) {
+  using Clock = std::chrono::steady_clock;
+  while (Fl::ready()) Fl::check();
+  const Clock::time_point start = Clock::now();
+  std::optional<Clock::duration> waited;
+  about({20, 10}, "text", [&](Fl_Dialog&) {
+    if (!waited) waited = Clock::now() - start;
+  });
+  ASSERT_TRUE(waited.has_value());
+  EXPECT_GE(*waited, std::chrono::milliseconds(490));
 }
 
 TEST_F(About, AddsNothingToTheGroupThatIsOpen) {

@@ -7,9 +7,11 @@
 #include <FL/fl_draw.H>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <ostream>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "tests/gui/main_window_fixture.h"
 #include "tests/gui/modal.h"
@@ -43,6 +45,14 @@ TEST(Dialog, IsCentredOnItsPointAndKeepsItsSize) {
 
 TEST(Dialog, MayHaveNoLabel) {
   EXPECT_EQ(nullptr, Fl_Dialog(100, 100, 300, 200, nullptr).label());
+}
+
+TEST(Dialog, IsAWindowOfItsOwnWhereverItIsBuilt) {
+  Fl_Window open(10, 10, 500, 400);
+  const Fl_Dialog dialog(100, 100, 300, 200, "Question");
+  EXPECT_EQ(nullptr, dialog.parent());
+  EXPECT_EQ(0, open.children());
+  open.end();
 }
 
 class DialogFrame : public testing::Test {
@@ -116,6 +126,14 @@ TEST_F(DialogFrame, TakesNoFurtherChildrenByItself) {
 TEST_F(DialogFrame, ButtonsKeepTheDefaultCallback) {
   for (const int i : {0, 2})
     EXPECT_EQ(&Fl_Widget::default_callback, in_row(i)->callback());
+}
+
+TEST_F(DialogFrame, ButtonsAreOrdinaryOnesWithoutShortcuts) {
+  for (const int i : {0, 2}) {
+    const auto& button = dynamic_cast<const Fl_Button&>(*in_row(i));
+    EXPECT_EQ(FL_NORMAL_BUTTON, button.type());
+    EXPECT_EQ(0, button.shortcut());
+  }
 }
 
 TEST(Dialog, SmallestSizesFollowTheSameRules) {
@@ -243,6 +261,56 @@ TEST_F(DialogRun, FirstOfSeveralAnswersCountsAndTheRestStaysQueued) {
               button("okay").do_callback();
             }));
   EXPECT_EQ(&button("okay"), Fl::readqueue());
+}
+
+TEST_F(DialogRun, AnswerThatIsQueuedAlreadyIsTaken) {
+  button("okay").do_callback();
+  const ModalWatcher watcher([&](Fl_Window&) {
+    ADD_FAILURE() << "waited";
+    button("cancel").do_callback();
+  });
+  EXPECT_EQ(1, dialog.run());
+  EXPECT_FALSE(dialog.shown());
+}
+
+// Counts how often the toolkit goes to wait between two moments in which it
+// has nothing else to do, then has a user come.
+struct IdleTime {
+  explicit IdleTime(ModalWatcher::Action user_action)
+      : action(std::move(user_action)) {
+    Fl::add_check(count, this);
+    Fl::add_timeout(0.5, begin, this);
+  }
+  ~IdleTime() {
+    Fl::remove_check(count, this);
+    Fl::remove_timeout(begin, this);
+    Fl::remove_timeout(end, this);
+  }
+  IdleTime(const IdleTime&) = delete;
+  IdleTime& operator=(const IdleTime&) = delete;
+
+  static void count(void* self) { ++static_cast<IdleTime*>(self)->turns; }
+  static void begin(void* self) {
+    static_cast<IdleTime*>(self)->turns = 0;
+    Fl::add_timeout(0.5, end, self);
+  }
+  static void end(void* self) {
+    auto& that = *static_cast<IdleTime*>(self);
+    that.turns_when_idle = that.turns;
+    that.user.emplace(that.action);
+  }
+
+  ModalWatcher::Action action;
+  std::optional<ModalWatcher> user;
+  int turns = 0;
+  int turns_when_idle = -1;
+};
+
+TEST_F(DialogRun, SleepsWhileNothingHappens) {
+  const IdleTime time([&](Fl_Window&) { click(button("okay")); });
+  EXPECT_EQ(1, dialog.run());
+  EXPECT_GE(time.turns_when_idle, 0);
+  EXPECT_LE(time.turns_when_idle, 10);
 }
 
 struct DrawCounter : Fl_Window {

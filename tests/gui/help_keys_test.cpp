@@ -102,6 +102,14 @@ TEST_F(HelpKeys, LocksDoNotChangeTheKeys) {
     start();
     press_key(*window, f1, FL_NUM_LOCK | FL_CAPS_LOCK);
     EXPECT_TRUE(shown_in_browser(handbook()));
+    int boxes = 0;
+    const WhenModal user([&](Fl_Window& box) {
+      ++boxes;
+      click(*button_of(box, "okay"));
+    });
+    press_key(*window, f1, FL_SHIFT | FL_NUM_LOCK | FL_CAPS_LOCK);
+    EXPECT_EQ(1, boxes);
+    EXPECT_FALSE(shown_in_browser(handbook()));
   });
 }
 
@@ -120,6 +128,25 @@ TEST_F(HelpKeys, OtherKeysShowNothing) {
     Fl::check();
     EXPECT_FALSE(shown_in_browser(handbook()));
     EXPECT_EQ(0, boxes);
+  });
+}
+
+std::vector<int> keys_handed_on;
+
+int note_key(int event) {
+  if (event == FL_SHORTCUT) keys_handed_on.push_back(Fl::event_key());
+  return 0;
+}
+
+TEST_F(HelpKeys, OnlyOtherKeysAreHandedOn) {
+  alone([&] {
+    write_file(handbook(), "x");
+    Fl::add_handler(note_key);
+    start();  // later handlers come first
+    press_key(*window, f1);
+    EXPECT_EQ(std::vector<int>(), keys_handed_on);
+    press_key(*window, FL_F + 2);
+    EXPECT_EQ(std::vector<int>{FL_F + 2}, keys_handed_on);
   });
 }
 

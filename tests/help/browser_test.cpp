@@ -10,11 +10,13 @@
 
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <utility>
@@ -99,6 +101,7 @@ TEST_F(Browser, PathBecomesAnAddress) {
       {"C:/x.html", "file:///C:/x.html"},
       {"./a.html", "file:///./a.html"},
       {"//a.html", "file:////a.html"},
+      {"\\a.html", "file:///a.html"},  // the shell takes the backslash
       {"/tmp/a@b%20c%s.html", "file:///tmp/a@b%20c%s.html"},
       {"/tmp/\xe9\xff.html", "file:///tmp/\xe9\xff.html"},
       {"", "file:///"},
@@ -224,6 +227,45 @@ TEST_F(Browser, InterfaceIsKeptDrawnBeforeTheOutputIsRead) {
                        "[ -e drawn ] && echo drawn\n"));
   EXPECT_EQ("drawn\n", printed([] { launch_html("/tmp/a.html"); }));
   EXPECT_EQ(1, calls);
+}
+
+// Counts how often the toolkit deals with events.
+struct TurnCounter {
+  TurnCounter() { Fl::add_check(count, this); }
+  ~TurnCounter() { Fl::remove_check(count, this); }
+  TurnCounter(const TurnCounter&) = delete;
+  TurnCounter& operator=(const TurnCounter&) = delete;
+  static void count(void* self) { ++static_cast<TurnCounter*>(self)->turns; }
+  int turns = 0;
+};
+
+TEST_F(Browser, InterfaceIsGivenOneTurnHoweverMuchIsRead) {
+  write_file("output", std::string(5000, 'x') + "\none\ntwo\n");
+  browser("cat output #");
+  const TurnCounter counter;
+  printed([] { launch_html("/tmp/a.html"); });
+  EXPECT_EQ(1, counter.turns);
+}
+
+// Ended, and nobody asked how.
+bool has_dead_children() {
+  siginfo_t child{};
+  return waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+         child.si_pid != 0;
+}
+
+std::ptrdiff_t open_files() {
+  const fs::directory_iterator files("/proc/self/fd");
+  return std::distance(begin(files), end(files));
+}
+
+TEST_F(Browser, LeavesNoProcessAndNoOpenFileBehind) {
+  browser(write_browser());
+  launch_html("/tmp/a.html");  // what the toolkit opens, it opens once
+  const std::ptrdiff_t before = open_files();
+  launch_html("/tmp/a.html");
+  EXPECT_EQ(before, open_files());
+  EXPECT_FALSE(has_dead_children());
 }
 
 TEST_F(Browser, FailureOfAStartedBrowserIsNotNoticed) {

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -63,6 +64,12 @@ TEST_F(Files, ExistenceIsTheSize) {
   EXPECT_EQ(1, file_exists("a"));
   EXPECT_EQ(1, file_exists(path_of("a")));
   EXPECT_EQ(5000, file_exists("b"));
+}
+
+TEST_F(Files, SizesThatNeedMoreThan32BitsAreNoZero) {
+  write_file("huge", "");
+  fs::resize_file("huge", std::uintmax_t{1} << 32);  // a hole, no blocks
+  EXPECT_EQ(std::intmax_t{1} << 32, file_exists("huge"));
 }
 
 TEST_F(Files, EmptyFileCountsAsMissing) {
@@ -244,6 +251,11 @@ TEST_F(InstallDir, IsDotQumbraInTheHomeDirectory) {
             directory_for({{"HOME", folder.path().string() + "/"}}));
 }
 
+TEST_F(InstallDir, DotQumbraIsMadeCleanBeforeItIsLookedFor) {
+  write_file("home/me/.qumbra/file", "x");
+  EXPECT_EQ("home/me/.qumbra", directory_for({{"HOME", "home\\me"}}));
+}
+
 TEST_F(InstallDir, DotQumbraComesBeforeTheSearchPath) {
   write_file(".qumbra/file", "x");
   write_file("x/bin/plomvek", "x");
@@ -349,6 +361,44 @@ TEST_F(InstallDir, EmptyValueOfQumbraHomeIsTakenButNotKept) {
                 return "[" + first + "] [" + QUMBRA_DIR() + "]";
               }))
         << value;
+}
+
+// --- At the root, which is the scratch folder here ---
+
+class InstallDirAtTheRoot : public Files {
+ protected:
+  void SetUp() override {
+    const std::string answer = in_new_process([this] { return entered(); });
+    if (answer != "entered") GTEST_SKIP() << "chroot is not allowed";
+  }
+  std::string entered() const {
+    const bool done = chroot(folder.path().c_str()) == 0 && chdir("/") == 0;
+    return done ? "entered" : "not entered";
+  }
+  std::string directory_for(const Environment& environment) const {
+    return in_new_process([&] {
+      if (entered() != "entered") return entered();
+      enter(environment);
+      const std::string first = QUMBRA_DIR();
+      enter({{"QUMBRA_HOME", "/opt/x"}});
+      return "[" + first + "] [" + QUMBRA_DIR() + "]";
+    });
+  }
+};
+
+TEST_F(InstallDirAtTheRoot, SiblingInBinGivesTheEmptyTextThatIsNotKept) {
+  write_file("bin/plomvek", "x");
+  EXPECT_EQ("[] [/opt/x]", directory_for({{"PATH", "/bin:/usr/bin"}}));
+}
+
+TEST_F(InstallDirAtTheRoot, SiblingAfterADoubledSlashLeadsNowhere) {
+  write_file("bin/plomvek", "x");
+  EXPECT_EQ("[/qumbra] [/qumbra]", directory_for({{"PATH", "/bin/:/usr/bin"}}));
+}
+
+TEST_F(InstallDirAtTheRoot, EmptyHomeIsAHomeAllTheSame) {
+  write_file(".qumbra/file", "x");
+  EXPECT_EQ("[/.qumbra] [/.qumbra]", directory_for({{"HOME", ""}}));
 }
 
 // --- The handbook ---
