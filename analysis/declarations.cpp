@@ -36,6 +36,9 @@ struct Namesakes {
 // is known here.
 HashTable<Namesakes> names;
 
+// The units that the table counts.
+std::size_t units_in_table = 0;
+
 // The lines that declare a unit; few do.
 HashFilter declaring_lines;
 
@@ -73,14 +76,37 @@ static char* copy_of(const char* text) {
   return copy;
 }
 
+static void enter_in_table(Entry entry) {
+  const NameHash hash = hash_of(entry->first.c_str());
+  Namesakes* const known = names.try_emplace(hash, Namesakes{entry, 0}).first;
+  if (known->first->first == entry->first) ++known->count;
+  ++units_in_table;
+}
+
+static void empty_table() {
+  names.clear();
+  units_in_table = 0;
+  ++times_emptied;
+}
+
+// The registry is open to everybody. When others have taken units out of it or
+// put them in, its size tells. The filters need no such care: they know each
+// unit from its building to its end.
+static void follow_registry() {
+  if (Declaration::decs.size() == units_in_table) return;
+  empty_table();
+  for (auto entry = Declaration::decs.begin(); entry != Declaration::decs.end();
+       ++entry)
+    enter_in_table(entry);
+}
+
 void Declaration::forget_all() {
   for (const auto& entry : decs) delete entry.second;
   decs.clear();
-  names.clear();
+  empty_table();
   declared_names.clear();
   declaring_lines.clear();
   caller_memory.release();
-  ++times_emptied;
 }
 
 unsigned Declaration::run() { return times_emptied; }
@@ -92,11 +118,9 @@ Declaration::Declaration(DecType unit_type, const char* unit_name,
       name(copy_of(unit_name)),
       line(source_line),
       callers(&caller_memory) {
-  const Entry entry = decs.emplace(upper_case(name), this);
-  const NameHash hash = hash_of(name);
-  declared_names.add(hash);
-  Namesakes* const known = names.try_emplace(hash, Namesakes{entry, 0}).first;
-  if (known->first->first == entry->first) ++known->count;
+  follow_registry();
+  enter_in_table(decs.emplace(upper_case(name), this));
+  declared_names.add(hash_of(name));
   declaring_lines.add(hash_of_place(file, line));
 }
 
@@ -119,6 +143,7 @@ static bool is_name(const char* word, const std::string& key) {
 }
 
 static Namesakes find_namesakes(const char* word) {
+  follow_registry();
   const Namesakes* known = names.find(hash_of(word));
   if (known == nullptr) return {Declaration::decs.end(), 0};
   if (is_name(word, known->first->first)) return *known;

@@ -27,11 +27,14 @@ class Declaration {
   using Registry = std::multimap<std::string, Declaration*>;
   static Registry decs;
 
-  /// Empties the registry and destroys the units that it held.
+  /// Empties the registry and destroys the units that it held. A unit that was
+  /// taken out of the registry before lives on, and its callers must not be
+  /// asked for after this.
   static void forget_all();
 
-  /// The number of times that the registry was emptied: what was worked out
-  /// from its units holds as long as this stays the same.
+  /// The number of times that the registry was seen to be emptied or changed
+  /// otherwise than by the building of a unit: what was worked out from its
+  /// units holds as long as this stays the same.
   static unsigned run();
 
   /// Registers a unit.

@@ -326,6 +326,34 @@ TEST_F(Registry, TellsAtOnceThatAHashIsOfNoName) {
     EXPECT_FALSE(may_be_declared(hash_of(name))) << name;
 }
 
+// The registry is no secret of its own lookup.
+TEST_F(IsDeclaration, SeesWhatOthersDoToTheRegistry) {
+  Declaration::Registry taken_out;
+  const unsigned before = Declaration::run();
+  taken_out.swap(Declaration::decs);
+  expect({nullptr, 0, 0}, "solve", files.slot(0), 5);
+  EXPECT_NE(before, Declaration::run());
+  taken_out.swap(Declaration::decs);
+  expect({"solve", 2, 3}, "solve", files.slot(0), 5);
+
+  Declaration::Registry solvers;
+  solvers.insert(Declaration::decs.extract("SOLVE"));
+  expect({"Solve", 1, 2}, "solve", files.slot(0), 5);
+  Declaration::decs.merge(solvers);
+  expect({"Solve", 1, 3}, "solve", files.slot(0), 5);
+  expect({"Solve", 3, 3}, "solve", files.slot(1), 5);
+}
+
+TEST_F(IsDeclaration, SeesUnitsBuiltOnceOthersHaveEmptiedTheRegistry) {
+  Declaration::Registry taken_out;
+  taken_out.swap(Declaration::decs);
+  add(DT_TYPE, "SOLVE", files.slot(2), 4);
+  expect({"SOLVE", 1, 1}, "solve", files.slot(2), 4);
+  expect({nullptr, 0, 0}, "solv", files.slot(0), 1);
+  Declaration::decs.merge(taken_out);
+  expect({"SOLVE", 3, 4}, "solve", files.slot(0), 5);
+}
+
 class CallersTest : public Registry {
  protected:
   static Texts places(const Declaration& unit) {
