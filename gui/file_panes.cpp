@@ -7,6 +7,8 @@
 #include <FL/filename.H>
 #include <FL/fl_ask.H>
 
+#include <unistd.h>
+
 #include <cstring>
 #include <set>
 #include <string>
@@ -88,14 +90,24 @@ void store_current_directory(ZelkorUserInterface* ui, const char* path) {
   std::memcpy(ui->current_directory, text.c_str(), text.size() + 1);
 }
 
+// A path in the toolkit's absolute form, cut to 255 characters. The toolkit
+// writes beyond its buffer when the working directory fills that to the brim,
+// so it gets more room then.
+static std::string absolute_form(const std::string& path) {
+  const int size = 256;
+  char absolute[2 * size];
+  const bool brimful =
+      getcwd(absolute, size) != nullptr && std::strlen(absolute) == size - 1;
+  fl_filename_absolute(absolute, brimful ? 2 * size : size, path.c_str());
+  return {absolute, strnlen(absolute, size - 1)};
+}
+
 void change_dir_to(ZelkorUserInterface* ui, const char* dir) {
-  const int longest_absolute = 256;
-  char absolute[longest_absolute];
-  fl_filename_absolute(absolute, longest_absolute,
-                       without_trailing_slash(dir).c_str());
-  if (!fill_files(ui->potential_files, with_trailing_slash(absolute).c_str()))
+  const std::string absolute = absolute_form(without_trailing_slash(dir));
+  if (!fill_files(ui->potential_files,
+                  with_trailing_slash(absolute.c_str()).c_str()))
     return;
-  store_current_directory(ui, absolute);
+  store_current_directory(ui, absolute.c_str());
   dir_menu(ui->dir_menu_button, ui->current_directory);
 }
 

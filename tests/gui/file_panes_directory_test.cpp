@@ -140,6 +140,22 @@ TEST_F(ChangeDir, AbsolutePathsAreCutTo255Characters) {
   EXPECT_EQ((Texts{"@b.", "@b..", "inside"}), potential());
 }
 
+// Of the working directory's absolute form, which ends in "/", 255 characters
+// are kept; a longer one the toolkit cannot tell at all.
+TEST_F(ChangeDir, WorkingDirectoriesOfAbout255CharactersAreListed) {
+  for (const std::size_t length : {253u, 254u, 255u, 256u, 257u}) {
+    const std::string name(length - path_of("").size(), 'd');
+    write_file(name + "/inside", "");
+    fs::current_path(name);
+    change_dir_to(&ui, "./");
+    EXPECT_EQ(length < 256 ? (path_of(name) + "/").substr(0, 255) : ".",
+              directory());
+    EXPECT_EQ((Texts{"@b.", "@b..", "inside"}), potential());
+    fs::current_path(folder.path());
+    fs::remove_all(name);
+  }
+}
+
 TEST_F(ChangeDir, PathsOver255CharactersWhoseCutFormIsNoDirectoryStay) {
   const std::string deep = std::string(200, 'd') + "/" + std::string(200, 'e');
   fs::create_directories(deep);
