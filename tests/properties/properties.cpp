@@ -370,16 +370,18 @@ class IndexReader {
 
   template <typename TextOf>
   void read_items(const Kind& kind, TextOf text_of, bool in_columns) {
+    std::vector<std::string> texts;
+    for (const Unit& unit : run.units) texts.push_back(text_of(unit));
     std::vector<const Unit*> found;
     for (const Unit* unit = nullptr;; found.push_back(unit)) {
       if (in_columns && !found.empty() && found.size() % 25 == 0 &&
           stands(new_column))
         at += new_column.size();
-      unit = nullptr;
-      for (const Unit& other : run.units)
-        if (stands(text_of(other))) unit = &other;
-      if (unit == nullptr) break;
-      at += text_of(*unit).size();
+      std::size_t i = 0;
+      while (i < texts.size() && !stands(texts[i])) ++i;
+      if (i == texts.size()) break;
+      unit = &run.units[i];
+      at += texts[i].size();
     }
     std::vector<const Unit*> expected;
     for (const Unit& unit : run.units)

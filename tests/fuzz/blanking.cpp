@@ -1,0 +1,56 @@
+// Blanking of one line, and the walk over the words of what is left. The first
+// byte chooses the comment rule.
+
+#include <algorithm>
+#include <cstring>
+
+#include "analysis/keywords.h"
+#include "analysis/normalise.h"
+#include "analysis/words.h"
+#include "tests/fuzz/scratch.h"
+
+static void walk_words(const std::string& line) {
+  int last = 0;
+  for (Word word; next_word(line.c_str(), word); last = word.end) {
+    demand(last <= word.start && word.start < word.end, "words move on");
+    for (int i = last; i < word.start; ++i)
+      demand(!isALNUM(line[static_cast<std::size_t>(i)]),
+             "what stands between words is no word");
+    for (int i = word.start; i < word.end; ++i)
+      demand(isALNUM(line[static_cast<std::size_t>(i)]), "words hold together");
+    char text[word_size];
+    copy_word(line.c_str(), word, text);
+    demand(hash_of(text) == word.hash, "a word has the hash of its name");
+    demand(starts_with_word(line.c_str() + word.start, text) ==
+               (word.end - word.start < word_size),
+           "a word that is not cut stands where it was found");
+    isSyntax(text);
+  }
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
+                                      std::size_t size) {
+  if (size == 0) return 0;
+  const bool fixed_form = data[0] % 2 != 0;
+  std::string line(bytes_of(data + 1, size - 1));
+  line.resize(std::strlen(line.c_str()));
+
+  std::string blanked = line;
+  hide_F90_strings_comments(blanked.data(), fixed_form);
+  demand(std::strlen(blanked.c_str()) == line.size(), "the length stays");
+  demand(std::equal(line.begin(), line.end(), blanked.begin(),
+                    [](char a, char b) { return b == a || b == ' '; }),
+         "only blanks are put in");
+  std::string again = blanked;
+  hide_F90_strings_comments(again.data(), fixed_form);
+  demand(again == blanked, "blanking twice is blanking once");
+  walk_words(line);
+  walk_words(blanked);
+  for (const Marker* marker = Marker::first; marker; marker = marker->next) {
+    int consumed = 0;
+    marker->In(line.c_str(), &consumed);
+    demand(consumed <= static_cast<int>(line.size()),
+           "a keyword ends within its line");
+  }
+  return 0;
+}
