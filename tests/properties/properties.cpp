@@ -375,8 +375,8 @@ class IndexReader {
     std::vector<const Unit*> found;
     for (const Unit* unit = nullptr;; found.push_back(unit)) {
       if (in_columns && !found.empty() && found.size() % 25 == 0 &&
-          stands(new_column))
-        at += new_column.size();
+          !stands(menu_closing))
+        skip(new_column);
       std::size_t i = 0;
       while (i < texts.size() && !stands(texts[i])) ++i;
       if (i == texts.size()) break;

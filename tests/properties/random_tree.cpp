@@ -88,17 +88,22 @@ const std::vector<std::size_t> odd_lengths = {
     4094, 4095, 4096, 4097, 8190, 8191, 8192,
 };
 
-std::string name_at_the_limit(Dice& dice) {
+std::string long_name(Dice& dice) {
   static const std::vector<std::size_t> lengths = {254, 255, 256, 257, 300};
   const char c = dice.percent(50) ? 'n' : 'N';
   std::string name(dice.one_of(lengths), c);
+  // Two names that differ but in the order of two characters 64 apart.
+  if (dice.percent(50)) {
+    name.resize(65);
+    name[dice.percent(50) ? 0 : 64] = '_';
+  }
   if (dice.percent(20)) name.front() = '.';
   if (dice.percent(20)) name.back() = '.';
   return name;
 }
 
 std::string some_name(Dice& dice) {
-  return dice.percent(6) ? name_at_the_limit(dice) : dice.one_of(names);
+  return dice.percent(6) ? long_name(dice) : dice.one_of(names);
 }
 
 std::string soup(Dice& dice) {
@@ -162,6 +167,10 @@ std::string random_text(Dice& dice) {
   for (std::size_t i = dice.one_of(counts); i > 0; --i)
     text += random_line(dice) + (is_mixed ? dice.one_of(line_ends) : line_end);
   if (dice.percent(25)) text += random_line(dice);
+  // Many units of one kind.
+  if (dice.percent(3))
+    for (std::size_t i = 0; i < 60; ++i)
+      text += "function f" + std::to_string(dice.below(50)) + line_end;
   if (dice.percent(5))
     for (std::size_t i = 0; i < 3 && !text.empty(); ++i)
       text[dice.below(text.size())] = '\0';
@@ -197,14 +206,11 @@ Tree random_tree(Dice& dice) {
   }
   if (dice.percent(10)) tree.list.emplace_back("missing.f90");
   if (dice.percent(10)) tree.list.emplace_back("directory/");
+  std::sort(tree.list.begin(), tree.list.end());
+  tree.list.erase(std::unique(tree.list.begin(), tree.list.end()),
+                  tree.list.end());
   dice.shuffle(tree.list);
-  // Listing a file twice is a case of its own.
-  if (!dice.percent(20)) {
-    std::sort(tree.list.begin(), tree.list.end());
-    tree.list.erase(std::unique(tree.list.begin(), tree.list.end()),
-                    tree.list.end());
-    dice.shuffle(tree.list);
-  }
+  if (dice.percent(20)) tree.list.push_back(tree.list.front());
   for (const std::string& path : tree.list)
     if (path != "missing.f90") tree.sources[path] = random_text(dice);
   if (tree.sources.count("directory/") > 0) tree.sources["directory/"] = "";
