@@ -180,8 +180,8 @@ def with_colours(rows, count):
 
 def xpm(rows, name):
     """XPM text; the codes avoid quote, backslash and question mark, and the
-    letter I, so that they do not spell words that a search would find."""
-    alphabet = [chr(c) for c in range(32, 127) if chr(c) not in '"\\?Ii']
+    letters I and L, so that they do not spell words that a search would find."""
+    alphabet = [chr(c) for c in range(32, 127) if chr(c) not in '"\\?IiLl']
     colours = sorted({c for row in rows for c in row})
     codes = dict(zip(colours, (a + b for a in alphabet for b in alphabet)))
     lines = [f'{len(rows[0])} {len(rows)} {len(colours)} 2']
