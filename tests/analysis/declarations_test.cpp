@@ -240,7 +240,7 @@ TEST_F(NamesOfOneHash, AreCountedEachByItself) {
   add(DT_TYPE, "CPPLY_rk_1", files.slot(0), 3);
   add(DT_TYPE, one_hash[0], files.slot(1), 4);
   add(DT_TYPE, one_hash[0], files.slot(1), 5);
-  add(DT_TYPE, one_hash[2], files.slot(1), 6);
+  add(DT_TYPE, one_hash[3], files.slot(1), 6);
 
   expect({"cpply_rk_1", 0, 2}, "cpply_rk_1", files.slot(0), 2);
   expect({"cpply_rk_1", 1, 2}, "cpply_rk_1", files.slot(0), 1);
@@ -249,8 +249,8 @@ TEST_F(NamesOfOneHash, AreCountedEachByItself) {
   expect({"apply_rk_0", 1, 3}, "Apply_RK_0", files.slot(0), 2);
   expect({"apply_rk_0", 2, 3}, "apply_rk_0", files.slot(1), 4);
   expect({"apply_rk_0", 3, 3}, "apply_rk_0", files.slot(1), 5);
-  expect({"epply_rk_2", 1, 1}, "epply_rk_2", files.slot(1), 6);
-  expect({nullptr, 0, 0}, "gpply_rk_3", files.slot(1), 6);
+  expect({"gpply_rk_3", 1, 1}, "gpply_rk_3", files.slot(1), 6);
+  expect({nullptr, 0, 0}, "epply_rk_2", files.slot(1), 6);
 }
 
 TEST_F(NamesOfOneHash, AreFoundWhicheverCameFirst) {
@@ -264,17 +264,23 @@ TEST_F(NamesOfOneHash, AreFoundWhicheverCameFirst) {
   }
 }
 
-TEST_F(NamesOfOneHash, AreSuchOfTheSame255CharactersAndTheEmptyOne) {
+TEST_F(NamesOfOneHash, AreThoseOfTheSame255CharactersAndTheEmptyOne) {
   const std::string known(255, 'n');
-  add(DT_TYPE, known + "a", files.slot(0), 1);
-  add(DT_TYPE, known, files.slot(0), 2);
-  add(DT_TYPE, "\1", files.slot(0), 3);
-  add(DT_TYPE, "", files.slot(0), 4);
-  expect({(known + "a").c_str(), 1, 1}, known + "A", files.slot(0), 1);
-  expect({known.c_str(), 1, 1}, known, files.slot(0), 2);
-  expect({nullptr, 0, 0}, known + "b", files.slot(0), 1);
-  expect({"\1", 1, 1}, "\1", files.slot(0), 3);
-  expect({"", 1, 1}, "", files.slot(0), 4);
+  const std::string names[] = {known, known + "a", "", "\1"};
+  EXPECT_EQ(hash_of(names[0].c_str()), hash_of(names[1].c_str()));
+  for (const bool backwards : {false, true}) {
+    for (int i = 0; i < 4; ++i)
+      add(DT_TYPE, names[backwards ? 3 - i : i], files.slot(0), 1);
+    for (const std::string& name : names)
+      expect({name.c_str(), 1, 1}, name, files.slot(0), 1);
+    expect({nullptr, 0, 0}, known + "b", files.slot(0), 1);
+    Declaration::forget_all();
+  }
+
+  add(DT_TYPE, known, files.slot(0), 1);
+  expect({nullptr, 0, 0}, known + "a", files.slot(0), 1);
+  add(DT_TYPE, "", files.slot(0), 1);
+  expect({nullptr, 0, 0}, "\1", files.slot(0), 1);
 }
 
 TEST_F(Registry, FilledAnewKnowsNothingOfEarlierRuns) {
@@ -345,12 +351,12 @@ TEST_F(IsDeclaration, SeesWhatOthersDoToTheRegistry) {
 }
 
 TEST_F(IsDeclaration, SeesUnitsBuiltOnceOthersHaveEmptiedTheRegistry) {
-  Declaration::Registry taken_out;
-  taken_out.swap(Declaration::decs);
+  const Declaration::Registry before = Declaration::decs;
+  Declaration::decs.clear();
   add(DT_TYPE, "SOLVE", files.slot(2), 4);
   expect({"SOLVE", 1, 1}, "solve", files.slot(2), 4);
   expect({nullptr, 0, 0}, "solv", files.slot(0), 1);
-  Declaration::decs.merge(taken_out);
+  Declaration::decs.insert(before.begin(), before.end());
   expect({"SOLVE", 3, 4}, "solve", files.slot(0), 5);
 }
 
