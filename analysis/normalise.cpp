@@ -49,8 +49,7 @@ static ramFILE_imp& lines_of(ramFILE* file) {
 void hide_F90_strings_comments(ramFILE* file, bool fixed_form) {
   if (file == nullptr) return;
   file->rewind();
-  for (auto& line : lines_of(file))
-    hide_F90_strings_comments(line.data(), fixed_form);
+  for (char* line : lines_of(file)) hide_F90_strings_comments(line, fixed_form);
 }
 
 // The length of a line without its final "\n", "\r" or "\r\n".
@@ -72,9 +71,10 @@ void merge_F90_continuations(ramFILE* file) {
     // the statement.
     const std::size_t length = length_without_line_end(*line);
     if (length == 0 || (*line)[length - 1] != '&') continue;
-    const int leading = skip_white_space(next->c_str(), 0);
-    next->replace(0, static_cast<std::size_t>(leading), *line, 0, length - 1);
-    *line = "\n";
+    std::string joined(*line, length - 1);
+    joined += *next + skip_white_space(*next, 0);
+    *next = lines.copy(joined);
+    *line = lines.copy("\n");
   }
 }
 

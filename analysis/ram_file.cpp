@@ -25,8 +25,15 @@ void ramFILE_imp::reload() {
   Pieces pieces(path.c_str(), stored_line_size);
   std::string_view piece;
   while (pieces.is_open() && pieces.next(piece))
-    lines.emplace_back(piece, &memory);
+    lines.push_back(copy(piece));
   rewind();
+}
+
+char* ramFILE_imp::copy(std::string_view text) {
+  auto* line = static_cast<char*>(memory.allocate(text.size() + 1, 1));
+  std::memcpy(line, text.data(), text.size());
+  line[text.size()] = '\0';
+  return line;
 }
 
 bool ramFILE_imp::ok() const { return !path.empty() && !lines.empty(); }
@@ -38,7 +45,7 @@ int ramFILE_imp::fgets(char* buffer, int size) {
   buffer[0] = '\0';
   if (at_eof()) return 0;
   const auto limit = static_cast<std::size_t>(size);
-  std::strncpy(buffer, cursor->c_str(), limit);
+  std::strncpy(buffer, *cursor, limit);
   ++cursor;
   return static_cast<int>(strnlen(buffer, limit));
 }

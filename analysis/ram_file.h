@@ -9,6 +9,7 @@
 
 #include <memory_resource>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// The largest piece of a physical line that is stored as one line, closing
@@ -51,7 +52,7 @@ class ramFILE {
 /// The implementation of ramFILE, for those who edit the lines in place.
 class ramFILE_imp final : public ramFILE {
  public:
-  using Lines = std::vector<std::pmr::string>;
+  using Lines = std::vector<char*>;
 
   /// Keeps the path and loads the file.
   explicit ramFILE_imp(const char* path);
@@ -62,16 +63,20 @@ class ramFILE_imp final : public ramFILE {
   int fgets(char* buffer, int size) override;
   bool at_eof() override;
 
-  /// The lines, each with its line end as read.
+  /// The lines, each with its line end as read and a NUL. They may be
+  /// overwritten, and exchanged for others that copy() made.
   Lines::iterator begin() { return lines.begin(); }
   Lines::iterator end() { return lines.end(); }
+
+  /// A copy of a text, NUL added, that lives as long as the lines do.
+  char* copy(std::string_view text);
 
   /// Drops every line; the read position stays as it was and is of no use
   /// until the next reload() or rewind().
   void release();
 
  private:
-  std::pmr::monotonic_buffer_resource memory;  // of the lines' texts
+  std::pmr::monotonic_buffer_resource memory;  // of the lines
   std::string path;
   Lines lines;
   Lines::iterator cursor;
