@@ -24,8 +24,7 @@ void ramFILE_imp::reload() {
   release();
   Pieces pieces(path.c_str(), stored_line_size);
   std::string_view piece;
-  while (pieces.is_open() && pieces.next(piece))
-    lines.push_back(copy(piece));
+  while (pieces.is_open() && pieces.next(piece)) lines.push_back(copy(piece));
   rewind();
 }
 

@@ -255,7 +255,7 @@ TEST_F(NormaliseFile, JoinLeavesLinesThatDoNotContinue) {
 TEST_F(NormaliseFile, JoinAcceptsALoneCarriageReturnAsLineEnd) {
   write_file("a.f90", "a\n  b\n");
   ramFILE_imp file("a.f90");
-  *file.begin() = "a &\r";
+  *file.begin() = file.copy("a &\r");
   merge_F90_continuations(&file);
   EXPECT_EQ((Texts{"\n", "a b\n"}), Texts(file.begin(), file.end()));
 }

@@ -248,7 +248,7 @@ TEST_F(RamFile, ReloadedDiscardsEditsAndIsRewound) {
   ramFILE_imp file("a.f90");
   char buffer[buffer_size];
   file.fgets(buffer, buffer_size);
-  *file.begin() = "edited\n";
+  *file.begin() = file.copy("edited\n");
 
   file.reload();
   EXPECT_EQ((Texts{"one\n", "two\n"}), Texts(file.begin(), file.end()));
@@ -300,7 +300,7 @@ TEST_F(RamFile, ReleasedHoldsNoLineUntilReloaded) {
 TEST_F(RamFile, EditedLinesAreHandedOutAsEdited) {
   write_file("a.f90", "one\ntwo\n");
   ramFILE_imp file("a.f90");
-  *(file.begin() + 1) = "a much longer line than it was\n";
+  *(file.begin() + 1) = file.copy("a much longer line than it was\n");
   char buffer[buffer_size];
   file.fgets(buffer, buffer_size);
   EXPECT_STREQ("one\n", buffer);
