@@ -60,21 +60,26 @@ static std::size_t length_without_line_end(std::string_view line) {
   return length;
 }
 
+// The rule looks at the raw text: blanks or a comment after the "&" end the
+// statement.
+static bool is_continued(std::string_view line) {
+  const std::size_t length = length_without_line_end(line);
+  return length > 0 && line[length - 1] == '&';
+}
+
 void merge_F90_continuations(ramFILE* file) {
   if (file == nullptr) return;
   file->rewind();
   ramFILE_imp& lines = lines_of(file);
   for (auto line = lines.begin(); line != lines.end(); ++line) {
-    const auto next = line + 1;
-    if (next == lines.end()) break;
-    // The rule looks at the raw text: blanks or a comment after the "&" end
-    // the statement.
-    const std::size_t length = length_without_line_end(*line);
-    if (length == 0 || (*line)[length - 1] != '&') continue;
-    std::string joined(*line, length - 1);
-    joined += *next + skip_white_space(*next, 0);
-    *next = lines.copy(joined);
-    *line = lines.copy("\n");
+    const auto first = line;
+    std::string statement = *first;
+    while (is_continued(statement) && line + 1 != lines.end()) {
+      statement.resize(length_without_line_end(statement) - 1);
+      *line++ = lines.copy("\n");
+      statement += *line + skip_white_space(*line, 0);
+    }
+    if (line != first) *line = lines.copy(statement);
   }
 }
 

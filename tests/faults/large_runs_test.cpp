@@ -7,11 +7,14 @@
 #include <stdlib.h>
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
+#include "analysis/normalise.h"
+#include "analysis/ram_file.h"
 #include "tests/faults/engine_run.h"
 #include "tests/support/alone.h"
 
@@ -97,6 +100,24 @@ TEST_F(LargeRun, AFileOf200MegabytesOfNulBytesHasAPageWithoutText) {
   fs::resize_file("a.f90", 200000000);
   run_alone();
   EXPECT_GT(1000000u, fs::file_size("HTML/" + page_a));
+}
+
+// Were each line joined to a copy of those before it, the copies would take 500
+// megabytes.
+TEST_F(LargeRun, AStatementOfAThousandLinesIsJoinedInTheMemoryOfItsText) {
+  if (!memory_is_the_runs) GTEST_SKIP() << "memory cannot be told here";
+  alone([] {
+    const std::string part(1000, 'x');
+    write_long_file("", part + "&\n", 1000 * 1002);
+    std::ofstream("a.f90", std::ios::app) << "end\n";
+    ramFILE_imp file("a.f90");
+    const double before = peak_memory();
+    merge_F90_continuations(&file);
+    EXPECT_GT(50, peak_memory() - before);
+    ASSERT_EQ(1001, file.end() - file.begin());
+    EXPECT_STREQ("\n", file.begin()[999]);
+    EXPECT_EQ(1000u * 1000 + 4, std::strlen(file.begin()[1000]));
+  });
 }
 
 class HugeRun : public LargeRun {
