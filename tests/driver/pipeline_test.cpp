@@ -376,6 +376,34 @@ TEST_F(GenHtml, EveryPassTakesFilesForFreeForm) {
                   "\nend\n");
 }
 
+// Whole lines that take so many bytes, 64 each but for the last one.
+std::string lines_of(std::size_t bytes) {
+  std::string text(bytes, '-');
+  for (std::size_t end = 63; end < bytes; end += 64) text[end] = '\n';
+  text.back() = '\n';
+  return text;
+}
+
+// Files are read in blocks of 32768 bytes. The first one ends within a name
+// that is declared, the second one within a reference to it.
+TEST_F(GenHtml, NamesOverTheEndsOfBlocksAreWhole) {
+  const std::string before = lines_of(32768 - 14);          // 512 lines
+  const std::string between = "\n" + lines_of(32768 - 11);  // 512 more
+  const std::string source =
+      before + "subroutine solve" + between + "call solve\nend\n";
+  ASSERT_EQ("solve", source.substr(32768 - 3, 5));
+  ASSERT_EQ("solve", source.substr(65536 - 3, 5));
+
+  write_file("a.f90", source);
+  FileList files({"a.f90"});
+  run(files);
+  expect_page(page_a, "a.f90",
+              before + "subroutine <a NAME=\"solve-1\"><b>solve</b></a>" +
+                  callers_menu(caller(page_a, "a.f90", 1026)) + between +
+                  "call <a NAME=\"line1026\"></a>"
+                  "<a HREF=\"a1751050.html#solve-1\"><b>solve</b></a>\nend\n");
+}
+
 TEST_F(GenHtml, MessagesAreThePathsAsTheyStandInTheList) {
   FileList files({"./100%s/../x @y.f90"});
   run(files);

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "analysis/declarations.h"
+#include "analysis/keywords.h"
 #include "analysis/words.h"
 #include "driver/settings.h"
 #include "html/page_names.h"
@@ -363,6 +364,13 @@ TEST_F(PrintLinks, KeywordsKeepTheSpellingOfTheSource) {
   html_style = BOLD_KEYWORDS | LEVEL_3;
   EXPECT_EQ("<b>IF</b>(x) <b>Then</b>; end <b>dO</b>\n",
             content("IF(x) Then; end dO\n"));
+}
+
+TEST_F(PrintLinks, AnEntryInUpperCaseFindsItsKeywordInLowerCase) {
+  const Syntax where(2, "WHERE");
+  html_style = BOLD_KEYWORDS | LEVEL_2;
+  EXPECT_EQ("end <b>where</b> wherever\n", content("end where wherever\n"));
+  Syntax::first = where.next;
 }
 
 TEST_F(PrintLinks, ADeclaredNameIsNeverHighlightedAsAKeyword) {
