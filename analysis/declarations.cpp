@@ -90,8 +90,9 @@ static void empty_table() {
 }
 
 // The registry is open to everybody. When others have taken units out of it or
-// put them in, its size tells. The filters need no such care: they know each
-// unit from its building to its end.
+// put them back, its size tells, unless they did both since it was last looked
+// at. The filters need no such care: they know each unit from its building to
+// its end.
 static void follow_registry() {
   if (Declaration::decs.size() == units_in_table) return;
   empty_table();

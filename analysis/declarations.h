@@ -23,13 +23,15 @@ class Declaration {
  public:
   /// The registry: units by their name in upper case. Units of the same name
   /// stay in the order in which they were built; a unit's place among its
-  /// namesakes, from 1, is its definition index.
+  /// namesakes, from 1, is its definition index. Others may take units out and
+  /// put them back under their names: the next lookup or building of a unit
+  /// notices by the size. So there has to be one between the two.
   using Registry = std::multimap<std::string, Declaration*>;
   static Registry decs;
 
   /// Empties the registry and destroys the units that it held. A unit that was
-  /// taken out of the registry before lives on, and its callers must not be
-  /// asked for after this.
+  /// taken out of the registry before lives on, but it must not be put back
+  /// after this, nor its callers be asked for.
   static void forget_all();
 
   /// The number of times that the registry was seen to be emptied or changed
