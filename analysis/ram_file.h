@@ -33,9 +33,9 @@ class ramFILE {
   /// Copies the next line into a buffer and moves on. Returns the length of
   /// the text now in the buffer, 0 at the end of the file.
   ///
-  ///   size  of the buffer, at least 1; like strncpy, the copy of a line that
-  ///         does not fit with its NUL is cut to `size` bytes and left without
-  ///         a NUL
+  ///   size  of the buffer; like strncpy, the copy of a line that does not fit
+  ///         with its NUL is cut to `size` bytes and left without a NUL. Below
+  ///         1 nothing is read or written, and 0 is returned
   virtual int fgets(char* buffer, int size) = 0;
   /// Whether the read position has passed the last line, which is so as soon
   /// as that line has been handed out. True when not ok().

@@ -75,7 +75,7 @@ constexpr bool is_word_character(char c) {
 
 // For each character of a word its upper-case form, for all others 0: one look
 // tells what the walk over a line needs to know of a character.
-inline constexpr auto word_characters = [] {
+inline constexpr auto word_characters = []() {
   std::array<unsigned char, 256> forms{};
   for (std::size_t value = 0; value < forms.size(); ++value) {
     const auto c = static_cast<char>(value);

@@ -4,6 +4,7 @@
 
 #include "driver/version.h"
 
+#include <algorithm>
 #include <sstream>
 
 // This file alone reads the date macro: a definition from outside replaces it
@@ -16,7 +17,7 @@ const char* build_date() { return ZELKOR_BUILD_DATE; }
 
 std::string build_year() {
   const std::string date = build_date();
-  return date.size() < 4 ? date : date.substr(date.size() - 4);
+  return date.substr(std::max<std::size_t>(date.size(), 4) - 4);
 }
 
 // The month, 1 to 12, told from the letters of its English abbreviation.

@@ -115,7 +115,7 @@ void change_dir_to(ZelkorUserInterface* ui, const char* dir) {
 // backslashes and takes a leading "_" for a divider.
 static std::string menu_text(const std::string& name) {
   std::string text;
-  if (!name.empty() && name.front() == '_') text += '\\';
+  if (name[0] == '_') text += '\\';
   for (const char c : name) {
     if (c == '\\') text += '\\';
     text += c;

@@ -197,6 +197,16 @@ TEST(IsSyntax, FindsNothingElse) {
     EXPECT_EQ(nullptr, isSyntax(text)) << text;
 }
 
+// The table has none now.
+TEST(IsSyntax, FindsNoWordAboveTheWidestLevel) {
+  SettingsGuard guard;
+  html_style = LEVEL_1 | LEVEL_2 | LEVEL_3;
+  const Syntax word(4, "forall");
+  EXPECT_EQ(nullptr, isSyntax("forall"));
+  EXPECT_EQ(entry_of("allocate"), isSyntax("allocate"));
+  Syntax::first = word.next;
+}
+
 TEST(IsSyntax, IgnoresCase) {
   SettingsGuard guard;
   html_style = 4096;

@@ -197,6 +197,15 @@ TEST(NormaliseFileDeathTest, NullFilesAreIgnored) {
   EXPECT_EXIT((merge_F90_continuations(null), _exit(0)), survives, "");
 }
 
+TEST_F(NormaliseFile, AFileWithoutLinesStaysWithout) {
+  write_file("empty.f90", "");
+  ramFILE_imp file("empty.f90");
+  hide_F90_strings_comments(&file, false);
+  merge_F90_continuations(&file);
+  EXPECT_EQ(file.begin(), file.end());
+  EXPECT_TRUE(file.at_eof());
+}
+
 TEST_F(NormaliseFile, JoinPutsTheStatementInTheSlotOfItsLastLine) {
   EXPECT_EQ((Texts{"\n", "call f(a, b)\n", "end\n"}),
             joined("call f(a, &\n       b)\nend\n"));

@@ -217,6 +217,16 @@ TEST_F(RamFile, FillsABufferAsStrncpyDoes) {
   }
 }
 
+TEST_F(RamFile, HandsNothingOutIntoABufferOfNoBytes) {
+  const Handle file = loaded("line\nnext\n");
+  for (const int size : {0, -1}) {
+    char byte = '#';
+    EXPECT_EQ(0, file->fgets(&byte, size)) << size;
+    EXPECT_EQ('#', byte) << size;
+  }
+  EXPECT_EQ("line\n", next_line(file));
+}
+
 TEST_F(RamFile, IsAtItsEndAsSoonAsTheLastLineIsHandedOut) {
   const Handle file = loaded("one\ntwo\n");
   EXPECT_FALSE(file->at_eof());

@@ -127,7 +127,8 @@ TEST_F(GenHtml, FractionsMultiplyFirstAndDivideThen) {
       const double third = i * 0.3;
       const double rest = i * 0.4;
       const auto fraction = [&](int pass) {
-        return all[static_cast<std::size_t>(pass * count + i)].first;
+        const int report = pass * count + i;
+        return all[static_cast<std::size_t>(report)].first;
       };
       EXPECT_EQ(third / count, fraction(0)) << i << " of " << count;
       EXPECT_EQ(third / count + 0.3, fraction(1)) << i << " of " << count;

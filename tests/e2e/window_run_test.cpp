@@ -5,7 +5,6 @@
 #include <FL/Fl.H>
 #include <FL/Fl_Box.H>
 #include <FL/Fl_Window.H>
-#include <FL/x.H>
 #include <gtest/gtest.h>
 
 #include <stdlib.h>
@@ -24,6 +23,9 @@
 #include "tests/support/temporary_folder.h"
 #include "tests/support/virtual_display.h"
 #include "tests/support/wait_until.h"
+
+// Xlib's macros would spoil the headers above if it came first.
+#include <FL/x.H>
 
 namespace fs = std::filesystem;
 

@@ -6,7 +6,6 @@
 #include <FL/Fl_Pack.H>
 #include <FL/Fl_Pixmap.H>
 #include <FL/fl_draw.H>
-#include <FL/x.H>
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -22,6 +21,9 @@
 #include "tests/gui/pixels.h"
 #include "tests/gui/place.h"
 #include "tests/gui/user.h"
+
+// Xlib's macros would spoil the headers above if it came first.
+#include <FL/x.H>
 
 namespace {
 

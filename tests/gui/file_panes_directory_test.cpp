@@ -377,6 +377,16 @@ TEST_F(ChangeDirByMenu, ParentThatVanishedChangesNothing) {
   EXPECT_EQ((Texts{"@b.", "@b.."}), potential());
 }
 
+TEST_F(ChangeDirByMenu, WithoutAChoiceNothingChanges) {
+  fs::create_directories("home/src");
+  build();
+  change_dir_to(&ui, "home/src");
+  const Texts before = potential();
+  change_dir_menu_cb(ui.dir_menu_button, &ui);
+  EXPECT_EQ(path_of("home/src"), directory());
+  EXPECT_EQ(before, potential());
+}
+
 using ChangeDirByMenuDeathTest = ChangeDirByMenu;
 
 TEST_F(ChangeDirByMenuDeathTest, NameThatIsNotInTheCurrentDirectoryAborts) {

@@ -341,6 +341,16 @@ TEST_F(InstalledProgram, F1ShowsTheHandbookBelowItsOwnPrefix) {
   EXPECT_EQ(address(own), words());
 }
 
+TEST_F(InstalledProgram, StaysUsableAfterF1) {
+  write_file(own, "x");
+  press_f1("/nowhere");
+  EXPECT_EQ(address(own), words());
+  EXPECT_TRUE(program->running());
+  run("xdotool key Escape");
+  ASSERT_TRUE(wait_until([this] { return !program->running(); }));
+  EXPECT_EQ(0, program->wait());
+}
+
 TEST_F(InstalledProgram, StartedThroughALinkItFindsItsHandbookToo) {
   write_file(own, "x");
   fs::create_symlink("prefix/bin/zelkor", "z");

@@ -8,7 +8,7 @@
 
 #include "tests/support/program.h"
 
-struct _XDisplay;
+struct _XDisplay;  // NOLINT(bugprone-reserved-identifier): Xlib's name
 
 /// The one window on the display that DISPLAY names. Mouse and keys are those
 /// of xdotool.

@@ -10,11 +10,11 @@
 /// Asks again and again until a condition holds. Returns whether it did within
 /// half a minute.
 inline bool wait_until(const std::function<bool()>& condition) {
-  using namespace std::chrono_literals;
-  const auto deadline = std::chrono::steady_clock::now() + 30s;
+  const auto deadline =
+      std::chrono::steady_clock::now() + std::chrono::seconds(30);
   while (!condition()) {
     if (std::chrono::steady_clock::now() > deadline) return false;
-    std::this_thread::sleep_for(10ms);
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   return true;
 }
