@@ -108,7 +108,7 @@ TEST_F(LargeRun, AStatementOfAThousandLinesIsJoinedInTheMemoryOfItsText) {
   if (!memory_is_the_runs) GTEST_SKIP() << "memory cannot be told here";
   alone([] {
     const std::string part(1000, 'x');
-    write_long_file("", part + "&\n", 1000 * 1002);
+    write_long_file("", part + "&\n", 1002000);
     std::ofstream("a.f90", std::ios::app) << "end\n";
     ramFILE_imp file("a.f90");
     const double before = peak_memory();

@@ -200,7 +200,7 @@ TEST_F(PrintTree, ANameDefinedTwiceIsOneBulletWithTwoNumbers) {
 }
 
 TEST_F(PrintTree, EveryFurtherDefinitionAddsItsNumber) {
-  for (const std::size_t file : {0, 1, 2, 0}) declare(DT_MODULE, "m", file);
+  for (const std::size_t file : {0u, 1u, 2u, 0u}) declare(DT_MODULE, "m", file);
   EXPECT_EQ(index_page({{"MODULE",
                          {item("a1751050.html#m-1", "m") +
                               item("b1756053.html#m-2", "m") +

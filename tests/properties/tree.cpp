@@ -98,9 +98,7 @@ std::vector<Piece> pieces_of(const std::string& text, std::size_t size) {
 std::string blanked(std::string line) {
   char inside = '\0';
   for (char& c : line) {
-    if (inside == '"' && c == '"')
-      inside = '\0';
-    else if (inside == '!' && c == '\n')
+    if ((inside == '"' && c == '"') || (inside == '!' && c == '\n'))
       inside = '\0';
     else if (inside != '\0')
       c = ' ';

@@ -7,8 +7,8 @@ namespace {
 const std::vector<std::string> notes = {
     "'span' does not break a line, while 'div' does",
     "z-index:1->2; drops background [mac/mozilla]",
-    "display:none->block; instead of left:-999->auto;"
-    "  also drops background [mac/mozilla]",
+    ("display:none->block; instead of left:-999->auto;"
+     "  also drops background [mac/mozilla]"),
     "leave position: absolute  otherwise it is not overlayed",
     "use '>' to restrict to only the current block",
 };
