@@ -122,6 +122,15 @@ TEST_F(Progress, StatusOnScreenFollows) {
   EXPECT_EQ(first, status_on_screen());
 }
 
+TEST_F(Progress, RedrawsTheStatusBoxWhereverItsLabelStands) {
+  build();
+  // A new label by itself redraws no box that has it outside.
+  ui.status_box->align(FL_ALIGN_LEFT);
+  ui.status_box->clear_damage();
+  progress(0.0, "a.f90", &ui);
+  EXPECT_NE(0, ui.status_box->damage());
+}
+
 TEST_F(Progress, BarOnScreenFollows) {
   show();
   progress(0.0, "", &ui);
