@@ -64,9 +64,8 @@ void merge_F90_continuations(ramFILE* file) {
   if (file == nullptr) return;
   file->rewind();
   ramFILE_imp& lines = lines_of(file);
-  for (auto line = lines.begin(); line != lines.end(); ++line) {
+  for (auto line = lines.begin(); lines.end() - line > 1; ++line) {
     const auto next = line + 1;
-    if (next == lines.end()) break;
     // The rule looks at the raw text: blanks or a comment after the "&" end
     // the statement.
     const std::size_t length = length_without_line_end(*line);
