@@ -150,9 +150,12 @@ TEST_F(BlockCacheTest, CountsABlockThatIsRenderedAnewOnce) {
 
 TEST_F(BlockCacheTest, GivesItsMemoryBack) {
   const auto use_another = [this] {
-    BlockCache another;
-    another.write(unit(0), 2, 2, stderr,
-                  [](std::FILE* block) { put(block, ""); });
+    written([this](std::FILE* html) {
+      BlockCache another;
+      another.write(unit(0), 2, 2, html, [](std::FILE* block) {
+        put(block, std::string(1000, 'x'));
+      });
+    });
   };
   use_another();
   const std::size_t before = heap_in_use();
