@@ -7,8 +7,8 @@
 
 #include <cstddef>
 
-/// The bytes that were allocated and have not been freed; 0 under
-/// AddressSanitizer, which does not tell and finds lost memory by itself.
+/// The bytes that were allocated and have not been freed. Tells nothing under
+/// AddressSanitizer, which has its own heap and finds lost memory by itself.
 inline std::size_t heap_in_use() {
   const struct mallinfo2 heap = mallinfo2();
   return heap.uordblks + heap.hblkhd;
