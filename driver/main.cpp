@@ -28,7 +28,7 @@ static void open_standard_streams() {
   int stream = open("/dev/null", O_RDWR);
   while (stream >= 0 && stream <= STDERR_FILENO)
     stream = open("/dev/null", O_RDWR);
-  if (stream >= 0) close(stream);
+  close(stream);
 }
 
 // A pipe whose reader is gone takes no more reports; the window stays. Unlike

@@ -9,7 +9,6 @@
 Fl_Dialog::Fl_Dialog(int x, int y, int w, int h, const char* label)
     : Fl_Window(w, h, label), window(this) {
   resize(x - w / 2, y - h / 2, w, h);
-  begin();
   { area = new Fl_Window(0, 0, w, h - 60);
     area->end();
   } // Fl_Window* area

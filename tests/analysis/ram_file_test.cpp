@@ -12,6 +12,7 @@
 
 #include "tests/support/capture.h"
 #include "tests/support/failing_file.h"
+#include "tests/support/heap_in_use.h"
 #include "tests/support/open_files.h"
 #include "tests/support/temporary_folder.h"
 
@@ -362,4 +363,14 @@ TEST_F(RamFile, KeepsTheLinesReadBeforeAReadError) {
   EXPECT_EQ("one\n", next_line(file));
   EXPECT_EQ("two\n", next_line(file));
   EXPECT_TRUE(file->at_eof());
+}
+
+TEST_F(RamFile, ReloadingGivesBackTheMemoryOfTheLinesHeldSoFar) {
+  const std::string text = std::string(99, 'x') + "\n";
+  write_file("a.f90", text + text + text);
+  ramFILE_imp file("a.f90");
+  file.reload();
+  const std::size_t before = heap_in_use();
+  for (int i = 0; i < 1000; ++i) file.reload();
+  EXPECT_GT(before + 10000, heap_in_use());
 }

@@ -441,6 +441,17 @@ TEST_F(WaitingChange, ComesOnceWhenFilesAreAdded) {
   EXPECT_EQ(path_of("here"), directory());
 }
 
+TEST_F(WaitingChange, ComesNoSecondTimeWhenFilesAreAddedLater) {
+  ask_for_d1();
+  Fl::check();
+  expect_in_d1();
+  change_dir_to(&ui, "here");
+  ui.potential_files->select(line_of(*ui.potential_files, "f1"));
+  click(*ui.add_button);
+  EXPECT_EQ(path_of("here"), directory());
+  EXPECT_EQ(Texts{path_of("here/f1")}, selected());
+}
+
 TEST_F(WaitingChange, ComesAllTheSameWhenFilesAreRemoved) {
   ui.selected_files->add(path_of("here/d1/x1").c_str());
   ui.selected_files->select(1);

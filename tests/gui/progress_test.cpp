@@ -122,6 +122,26 @@ TEST_F(Progress, StatusOnScreenFollows) {
   EXPECT_EQ(first, status_on_screen());
 }
 
+TEST_F(Progress, RedrawsTheStatusBoxWhereverItsLabelStands) {
+  show();
+  // A new label by itself redraws no box that has it outside.
+  ui.status_box->align(FL_ALIGN_LEFT);
+  ui.status_box->clear_damage();
+  struct Look {
+    Fl_Box* box;
+    int damage;
+  } look{ui.status_box, 0};
+  // The toolkit calls this right before it draws what is damaged.
+  const auto take = [](void* data) {
+    auto* taken = static_cast<Look*>(data);
+    taken->damage = taken->box->damage();
+  };
+  Fl::add_check(take, &look);
+  progress(0.0, "a.f90", &ui);
+  Fl::remove_check(take, &look);
+  EXPECT_NE(0, look.damage);
+}
+
 TEST_F(Progress, BarOnScreenFollows) {
   show();
   progress(0.0, "", &ui);

@@ -9,6 +9,7 @@
 #include "driver/settings.h"
 #include "html/page_frame.h"
 #include "tests/support/capture.h"
+#include "tests/support/heap_in_use.h"
 #include "tests/support/settings_guard.h"
 
 namespace {
@@ -145,6 +146,21 @@ TEST_F(BlockCacheTest, CountsABlockThatIsRenderedAnewOnce) {
   for (std::size_t items = 0; items < 100; ++items)
     shown(1, 2, items, std::string(20000, 'x'));
   EXPECT_EQ("kept", shown(0, 2, 0, "another"));
+}
+
+TEST_F(BlockCacheTest, GivesItsMemoryBack) {
+  const auto use_another = [this] {
+    written([this](std::FILE* html) {
+      BlockCache another;
+      another.write(unit(0), 2, 2, html, [](std::FILE* block) {
+        put(block, std::string(1000, 'x'));
+      });
+    });
+  };
+  use_another();
+  const std::size_t before = heap_in_use();
+  for (int i = 0; i < 100; ++i) use_another();
+  EXPECT_GT(before + 10000, heap_in_use());
 }
 
 }  // namespace

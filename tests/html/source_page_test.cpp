@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -112,6 +113,27 @@ TEST_F(PrintLinks, AnEmptySourceGivesAPageWithoutLines) {
 TEST_F(PrintLinks, ALastLineWithoutLineEndIsNotOnThePage) {
   EXPECT_EQ("x = 1\n", content("x = 1\ny = 2"));
   EXPECT_EQ("", content("y = 2"));
+}
+
+// How often this process has asked the system to write.
+int count_of_writes() {
+  std::ifstream counters("/proc/self/io");
+  std::string word;
+  while (counters >> word && word != "syscw:") continue;
+  int count = 0;
+  counters >> count;
+  return count;
+}
+
+TEST_F(PrintLinks, LongPagesAreWrittenInPiecesOf64Kilobytes) {
+  std::string text;
+  for (int i = 0; i < 6400; ++i) text += std::string(99, '+') + "\n";
+  write_file("a.f90", text);
+  const int before = count_of_writes();
+  print_links(files.slot(0), false);
+  // 640000 bytes are not quite ten pieces, but 157 of 4096 bytes. UBSan writes
+  // a few times, too.
+  EXPECT_GT(50, count_of_writes() - before);
 }
 
 TEST_F(PrintLinks, TitleAndHeadingAreTheLastPathComponent) {

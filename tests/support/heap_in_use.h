@@ -1,0 +1,17 @@
+// How much memory the process has asked for.
+
+#ifndef ZELKOR_TESTS_SUPPORT_HEAP_IN_USE_H
+#define ZELKOR_TESTS_SUPPORT_HEAP_IN_USE_H
+
+#include <malloc.h>
+
+#include <cstddef>
+
+/// The bytes that were allocated and have not been freed. Tells nothing under
+/// AddressSanitizer, which has its own heap and finds lost memory by itself.
+inline std::size_t heap_in_use() {
+  const struct mallinfo2 heap = mallinfo2();
+  return heap.uordblks + heap.hblkhd;
+}
+
+#endif
