@@ -17,6 +17,7 @@
 #include "analysis/ram_file.h"
 #include "tests/faults/engine_run.h"
 #include "tests/support/alone.h"
+#include "tests/support/process_counter.h"
 
 namespace fs = std::filesystem;
 
@@ -31,12 +32,7 @@ const bool memory_is_the_runs = true;
 
 // The most memory that this process has taken so far, in megabytes.
 double peak_memory() {
-  std::ifstream status("/proc/self/status");
-  std::string word;
-  while (status >> word && word != "VmHWM:") continue;
-  double kilobytes = 0;
-  status >> kilobytes;
-  return kilobytes / 1024;
+  return static_cast<double>(process_counter("status", "VmHWM")) / 1024;
 }
 
 bool ends_whole(const std::string& file) {
@@ -128,41 +124,38 @@ class HugeRun : public LargeRun {
                       "ZELKOR_LARGE_TESTS";
     if (!memory_is_the_runs) GTEST_SKIP() << "memory cannot be told here";
   }
+
+  // Runs over a long file in less than 400 MB of memory; its page has more
+  // bytes than `least`.
+  void run_within_400_megabytes(const std::string& beginning,
+                                const std::string& line, std::size_t size,
+                                std::size_t least) {
+    alone([&] {
+      write_long_file(beginning, line, size);
+      const double before = peak_memory();
+      run_alone();
+      EXPECT_LT(least, fs::file_size("HTML/" + page_a));
+      EXPECT_GT(400, peak_memory() - before);
+    });
+  }
 };
 
 // The declaration pass holds a file as lines, which take some room each beside
 // their text; the other passes hold a line at a time.
 TEST_F(HugeRun, AFileOf200MegabytesTakesLessThanTwiceItsSize) {
-  alone([this] {
-    write_long_file("subroutine solve\n",
-                    "      x(i, j) = a(i) * b(j) + c ! sums\n", 200000000);
-    const double before = peak_memory();
-    run_alone();
-    EXPECT_LT(200000000u, fs::file_size("HTML/" + page_a));
-    EXPECT_GT(400, peak_memory() - before);
-  });
+  run_within_400_megabytes("subroutine solve\n",
+                           "      x(i, j) = a(i) * b(j) + c ! sums\n",
+                           200000000, 200000000);
 }
 
 // Nothing but line ends: an address and two bytes for each byte of the file,
 // and the addresses once more, by half, while their list grows.
 TEST_F(HugeRun, AFileOf20MillionEmptyLinesTakesLessThan20TimesItsSize) {
-  alone([this] {
-    write_long_file("", "\n", 20000000);
-    const double before = peak_memory();
-    run_alone();
-    EXPECT_LT(20000000u, fs::file_size("HTML/" + page_a));
-    EXPECT_GT(400, peak_memory() - before);
-  });
+  run_within_400_megabytes("", "\n", 20000000, 20000000);
 }
 
 TEST_F(HugeRun, ALineOf200MegabytesTakesLessThanTwiceItsSize) {
-  alone([this] {
-    write_long_file("", "x = 1; ", 200000000);
-    const double before = peak_memory();
-    run_alone();
-    EXPECT_LT(200000000u - 4096u, fs::file_size("HTML/" + page_a));
-    EXPECT_GT(400, peak_memory() - before);
-  });
+  run_within_400_megabytes("", "x = 1; ", 200000000, 200000000 - 4096);
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -22,6 +21,7 @@
 #include "tests/support/file_list.h"
 #include "tests/support/open_files.h"
 #include "tests/support/page_text.h"
+#include "tests/support/process_counter.h"
 #include "tests/support/wait_until.h"
 
 namespace fs = std::filesystem;
@@ -115,25 +115,15 @@ TEST_F(PrintLinks, ALastLineWithoutLineEndIsNotOnThePage) {
   EXPECT_EQ("", content("y = 2"));
 }
 
-// How often this process has asked the system to write.
-int count_of_writes() {
-  std::ifstream counters("/proc/self/io");
-  std::string word;
-  while (counters >> word && word != "syscw:") continue;
-  int count = 0;
-  counters >> count;
-  return count;
-}
-
 TEST_F(PrintLinks, LongPagesAreWrittenInPiecesOf64Kilobytes) {
   std::string text;
   for (int i = 0; i < 6400; ++i) text += std::string(99, '+') + "\n";
   write_file("a.f90", text);
-  const int before = count_of_writes();
+  const long before = process_counter("io", "syscw");
   print_links(files.slot(0), false);
   // 640000 bytes are not quite ten pieces, but 157 of 4096 bytes. UBSan writes
   // a few times, too.
-  EXPECT_GT(50, count_of_writes() - before);
+  EXPECT_GT(50, process_counter("io", "syscw") - before);
 }
 
 TEST_F(PrintLinks, TitleAndHeadingAreTheLastPathComponent) {

@@ -1,0 +1,22 @@
+// What the system counts for a process.
+
+#ifndef ZELKOR_TESTS_SUPPORT_PROCESS_COUNTER_H
+#define ZELKOR_TESTS_SUPPORT_PROCESS_COUNTER_H
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+
+/// A number that Linux keeps of this process: the one behind `name` in
+/// /proc/self/`file`. One that is not there fails the test.
+inline long process_counter(const std::string& file, const std::string& name) {
+  std::ifstream counters("/proc/self/" + file);
+  std::string word;
+  while (counters >> word && word != name + ":") continue;
+  long count = 0;
+  if (!(counters >> count)) ADD_FAILURE() << "no " << name << " in " << file;
+  return count;
+}
+
+#endif
