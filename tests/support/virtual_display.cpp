@@ -7,8 +7,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 // Becomes the server; it writes its display's number to a descriptor. It does
 // not reset itself when its last client leaves: a client that comes at that
@@ -44,7 +46,11 @@ VirtualDisplay::VirtualDisplay() {
   setenv("DISPLAY", (":" + number).c_str(), 1);
 }
 
+// A server that is about to wait for its clients sees the signal only when it
+// wakes again, so the signal is repeated until the server has ended.
 VirtualDisplay::~VirtualDisplay() {
-  kill(server, SIGTERM);
-  waitpid(server, nullptr, 0);
+  for (int waits = 0; waitpid(server, nullptr, WNOHANG) == 0; ++waits) {
+    if (waits % 100 == 0) kill(server, SIGTERM);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
 }
