@@ -9,6 +9,7 @@
 #include <cstring>
 #include <iterator>
 #include <memory>
+#include <new>
 
 #include "analysis/hash_table.h"
 #include "analysis/keywords.h"
@@ -46,6 +47,13 @@ HashFilter declaring_lines;
 std::pmr::unsynchronized_pool_resource caller_memory(std::pmr::pool_options{
     /*max_blocks_per_chunk=*/1 << 12,
     /*largest_required_pool_block=*/64});
+
+// The set is never destroyed: that would take its millions of records apart one
+// by one, just before their memory is given back in one go.
+Callers* new_callers() {
+  void* const place = caller_memory.allocate(sizeof(Callers), alignof(Callers));
+  return new (place) Callers(&caller_memory);
+}
 
 unsigned times_emptied = 0;
 
@@ -118,7 +126,7 @@ Declaration::Declaration(DecType unit_type, const char* unit_name,
       file(source),
       name(copy_of(unit_name)),
       line(source_line),
-      callers(&caller_memory) {
+      callers(*new_callers()) {
   follow_registry();
   enter_in_table(decs.emplace(upper_case(name), this));
   declared_names.add(hash_of(name));

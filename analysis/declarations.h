@@ -59,7 +59,7 @@ class Declaration {
   char** file;  ///< not owned
   char* name;   ///< owned
   int line;
-  Callers callers;
+  Callers& callers;  ///< not owned; lives as long as its records
 
  private:
   ~Declaration();  // by forget_all() alone
