@@ -13,10 +13,9 @@
 static void record_reference(const char* word, char** file, int line_number) {
   int self = 0;
   int count = 0;
-  auto entry = isDeclaration(word, file, line_number, self, count);
+  const auto first = isDeclaration(word, file, line_number, self, count);
   if (self != 0) return;
-  for (int i = 0; i < count; ++i, ++entry)
-    entry->second->add_calling(file, line_number);
+  Declaration::add_calling_to_all(first, count, file, line_number);
 }
 
 void gather_calls(char** file, bool fixed_form) {

@@ -9,7 +9,6 @@
 #include <cstring>
 #include <iterator>
 #include <memory>
-#include <new>
 
 #include "analysis/hash_table.h"
 #include "analysis/keywords.h"
@@ -43,17 +42,9 @@ std::size_t units_in_table = 0;
 // The lines that declare a unit; few do.
 HashFilter declaring_lines;
 
-// The records of a set are small and many: in chunks they take less memory.
-std::pmr::unsynchronized_pool_resource caller_memory(std::pmr::pool_options{
-    /*max_blocks_per_chunk=*/1 << 12,
-    /*largest_required_pool_block=*/64});
-
-// The set is never destroyed: that would take its millions of records apart one
-// by one, just before their memory is given back in one go.
-Callers* new_callers() {
-  void* const place = caller_memory.allocate(sizeof(Callers), alignof(Callers));
-  return new (place) Callers(&caller_memory);
-}
+// Units of one name share their references until others change the registry: a
+// unit that was taken out would go on sharing.
+bool namesakes_share = true;
 
 unsigned times_emptied = 0;
 
@@ -104,6 +95,7 @@ static void empty_table() {
 static void follow_registry() {
   if (Declaration::decs.size() == units_in_table) return;
   empty_table();
+  namesakes_share = false;
   for (auto entry = Declaration::decs.begin(); entry != Declaration::decs.end();
        ++entry)
     enter_in_table(entry);
@@ -115,7 +107,7 @@ void Declaration::forget_all() {
   empty_table();
   declared_names.clear();
   declaring_lines.clear();
-  caller_memory.release();
+  namesakes_share = true;
 }
 
 unsigned Declaration::run() { return times_emptied; }
@@ -125,8 +117,7 @@ Declaration::Declaration(DecType unit_type, const char* unit_name,
     : type(unit_type),
       file(source),
       name(copy_of(unit_name)),
-      line(source_line),
-      callers(*new_callers()) {
+      line(source_line) {
   follow_registry();
   enter_in_table(decs.emplace(upper_case(name), this));
   declared_names.add(hash_of(name));
@@ -140,8 +131,28 @@ bool Declaration::Is(const char* text) const {
 }
 
 void Declaration::add_calling(char** source, int source_line) {
-  // Most references come in the order of the set.
-  callers.insert(callers.end(), {source, source_line});
+  callers.insert({source, source_line});
+}
+
+// Lets units that have no references yet share those to come. Does nothing when
+// one of them has some.
+static void share_callers(Entry first, int count) {
+  const auto last = std::next(first, count);
+  for (Entry entry = first; entry != last; ++entry)
+    if (!entry->second->callers.empty()) return;
+  for (Entry entry = std::next(first); entry != last; ++entry)
+    entry->second->callers.share(first->second->callers);
+}
+
+void Declaration::add_calling_to_all(Registry::iterator first, int count,
+                                     char** source, int source_line) {
+  const Calling calling{source, source_line};
+  if (namesakes_share && count > 1) {
+    share_callers(first, count);
+    if (first->second->callers.insert_in_all(count, calling)) return;
+  }
+  for (Entry entry = first; count > 0; --count, ++entry)
+    entry->second->callers.insert(calling);
 }
 
 // Whether a word is a name whose upper-case form is given.

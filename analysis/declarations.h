@@ -4,18 +4,12 @@
 #define ZELKOR_ANALYSIS_DECLARATIONS_H
 
 #include <map>
-#include <memory_resource>
-#include <set>
 #include <string>
 
-#include "analysis/calling.h"
+#include "analysis/callers.h"
 #include "analysis/dec_type.h"
 #include "analysis/hash_filter.h"
 #include "analysis/words.h"
-
-/// The references to a unit. Their memory is taken from one place and given
-/// back together, when the registry is emptied.
-using Callers = std::pmr::set<Calling>;
 
 /// One program unit. It is built with `new`; building it enters it in the
 /// registry, which owns it from then on.
@@ -31,7 +25,7 @@ class Declaration {
 
   /// Empties the registry and destroys the units that it held. A unit that was
   /// taken out of the registry before lives on, but it must not be put back
-  /// after this, nor its callers be asked for.
+  /// after this.
   static void forget_all();
 
   /// The number of times that the registry was seen to be emptied or changed
@@ -55,11 +49,16 @@ class Declaration {
   /// Records a reference; one that is known already is not added again.
   void add_calling(char** file, int line);
 
+  /// Records a reference to all units of one name, `count` from `first` on, as
+  /// isDeclaration() found them.
+  static void add_calling_to_all(Registry::iterator first, int count,
+                                 char** file, int line);
+
   DecType type;
   char** file;  ///< not owned
   char* name;   ///< owned
   int line;
-  Callers& callers;  ///< not owned; lives as long as its records
+  Callers callers;
 
  private:
   ~Declaration();  // by forget_all() alone

@@ -14,6 +14,7 @@
 #include "analysis/words.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
+#include "tests/support/heap_in_use.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/temporary_folder.h"
 
@@ -23,8 +24,6 @@ using Texts = std::vector<std::string>;
 
 static_assert(std::is_same_v<Declaration::Registry,
                              std::multimap<std::string, Declaration*>>);
-static_assert(
-    std::is_same_v<decltype(Declaration::callers), std::pmr::set<Calling>>);
 
 static const char* kind_name(DecType type) {
   switch (static_cast<int>(type)) {
@@ -360,7 +359,7 @@ TEST_F(IsDeclaration, SeesUnitsBuiltOnceOthersHaveEmptiedTheRegistry) {
   expect({"SOLVE", 3, 4}, "solve", files.slot(0), 5);
 }
 
-class CallersTest : public Registry {
+class CallersOfUnits : public Registry {
  protected:
   static Texts places(const Declaration& unit) {
     Texts texts;
@@ -370,7 +369,7 @@ class CallersTest : public Registry {
   }
 };
 
-TEST_F(CallersTest, AreOrderedByFileAndLineHoweverTheyCome) {
+TEST_F(CallersOfUnits, AreOrderedByFileAndLineHoweverTheyCome) {
   std::vector<Calling> calls = {{files.slot(0), 2},
                                 {files.slot(0), 10},
                                 {files.slot(1), 1},
@@ -388,7 +387,7 @@ TEST_F(CallersTest, AreOrderedByFileAndLineHoweverTheyCome) {
       }));
 }
 
-TEST_F(CallersTest, AreNoneInTheNextRun) {
+TEST_F(CallersOfUnits, AreNoneInTheNextRun) {
   for (int round = 1; round <= 3; ++round) {
     Declaration* const units[] = {add(DT_TYPE, "a", files.slot(0), 1),
                                   add(DT_TYPE, "b", files.slot(0), 2)};
@@ -396,6 +395,116 @@ TEST_F(CallersTest, AreNoneInTheNextRun) {
     for (int line = 5000; line > 0; --line)
       for (Declaration* unit : units) unit->add_calling(files.slot(1), line);
     for (Declaration* unit : units) EXPECT_EQ(5000u, unit->callers.size());
+    Declaration::forget_all();
+  }
+}
+
+class CallersOfNamesakes : public CallersOfUnits {
+ protected:
+  // As the call pass does with a name that it finds.
+  void refer_to_solve(const Calling& from) {
+    int self = 0;
+    int count = 0;
+    const auto units =
+        isDeclaration("solve", from.file, from.line, self, count);
+    Declaration::add_calling_to_all(units, count, from.file, from.line);
+  }
+
+  // A unit of that name, in a file that refers to nothing.
+  Declaration* add_solve() {
+    return add(DT_TYPE, "solve", files.slot(1), next_line++);
+  }
+
+  const Calling a1{files.slot(0), 1};
+  const Calling a2{files.slot(0), 2};
+  const Calling a3{files.slot(0), 3};
+  Declaration* const first = add_solve();
+  Declaration* const second = add_solve();
+  Declaration* const third = add_solve();
+
+ private:
+  int next_line = 1;
+};
+
+TEST_F(CallersOfNamesakes, AreTheSame) {
+  refer_to_solve(a2);
+  refer_to_solve(a1);
+  refer_to_solve(a2);
+  for (const Declaration* unit : {first, second, third})
+    EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(*unit));
+}
+
+TEST_F(CallersOfNamesakes, DifferByWhatIsAddedToOneAlone) {
+  refer_to_solve(a1);
+  second->add_calling(a2.file, a2.line);
+  EXPECT_EQ(Texts{"a.f90:1"}, places(*first));
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(*second));
+  EXPECT_EQ(Texts{"a.f90:1"}, places(*third));
+
+  refer_to_solve(a3);
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:3"}), places(*first));
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2", "a.f90:3"}), places(*second));
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:3"}), places(*third));
+}
+
+TEST_F(CallersOfNamesakes, DifferByWhatOneHadBefore) {
+  third->add_calling(a2.file, a2.line);
+  refer_to_solve(a1);
+  EXPECT_EQ(Texts{"a.f90:1"}, places(*first));
+  EXPECT_EQ(Texts{"a.f90:1"}, places(*second));
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(*third));
+}
+
+TEST_F(CallersOfNamesakes, DifferByWhatCameBeforeAUnit) {
+  refer_to_solve(a1);
+  const Declaration* const fourth = add_solve();
+  refer_to_solve(a2);
+  for (const Declaration* unit : {first, second, third})
+    EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(*unit));
+  EXPECT_EQ(Texts{"a.f90:2"}, places(*fourth));
+}
+
+TEST_F(CallersOfNamesakes, DifferByWhatCameWhileAUnitWasTakenOut) {
+  refer_to_solve(a1);
+  Declaration::decs.erase(Declaration::decs.begin());
+  const Declaration* const fourth = add_solve();
+  refer_to_solve(a2);
+  EXPECT_EQ(Texts{"a.f90:1"}, places(*first));
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(*second));
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(*third));
+  EXPECT_EQ(Texts{"a.f90:2"}, places(*fourth));
+
+  Declaration::decs.emplace("SOLVE", first);
+  refer_to_solve(a3);
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:3"}), places(*first));
+  EXPECT_EQ((Texts{"a.f90:2", "a.f90:3"}), places(*fourth));
+}
+
+TEST_F(CallersOfNamesakes, AreNoneInTheNextRun) {
+  refer_to_solve(a1);
+  Declaration::forget_all();
+  const Declaration* const unit = add_solve();
+  add_solve();
+  EXPECT_EQ(Texts{}, places(*unit));
+  refer_to_solve(a2);
+  EXPECT_EQ(Texts{"a.f90:2"}, places(*unit));
+}
+
+// Modern trees register the name PUBLIC in each of hundreds of modules.
+TEST_F(CallersOfNamesakes, TakeTheMemoryOfOneUnits) {
+  const std::size_t record = 64;
+  for (int run = 1; run <= 2; ++run) {
+    for (int unit = 0; unit < 100; ++unit) add_solve();
+    const std::size_t before = heap_in_use();
+    for (int line = 1; line <= 1000; ++line)
+      refer_to_solve({files.slot(0), line});
+    EXPECT_GT(before + 3 * 1000 * record, heap_in_use()) << run;
+
+    // Namesakes of the next run share again, whatever was done to these.
+    Declaration* const taken_out = Declaration::decs.begin()->second;
+    Declaration::decs.erase(Declaration::decs.begin());
+    refer_to_solve(a1);
+    Declaration::decs.emplace("SOLVE", taken_out);
     Declaration::forget_all();
   }
 }

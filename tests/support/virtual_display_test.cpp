@@ -40,10 +40,11 @@ TEST_F(VirtualDisplays, AreNamedByTheNumberThatTheServerChose) {
 }
 
 TEST_F(VirtualDisplays, EndThoughTheServerMissesTheFirstSignal) {
-  write_script("Xvfb",
-               "trap 'echo >>signals; [ $(wc -l <signals) -lt 2 ] || exit' TERM\n"
-               "echo 87 >/proc/self/fd/$2\n"
-               "while :; do sleep 0.01; done\n");
+  write_script(
+      "Xvfb",
+      "trap 'echo >>signals; [ $(wc -l <signals) -lt 2 ] || exit' TERM\n"
+      "echo 87 >/proc/self/fd/$2\n"
+      "while :; do sleep 0.01; done\n");
   { const VirtualDisplay display; }
   EXPECT_EQ(content_of("signals"), "\n\n");
 }
