@@ -1,7 +1,8 @@
 #include "analysis/callers.h"
 
-// Records are small and many: in chunks they take less memory. Never destroyed,
-// for the units of the last run stay until the program ends.
+// Records are small and many: in chunks they take less memory. What one run
+// gives back is there for the next. Never destroyed, for the units of the last
+// run are destroyed later than anything that is made here.
 static std::pmr::memory_resource* chunks() {
   static auto* const memory = new std::pmr::unsynchronized_pool_resource(
       {/*max_blocks_per_chunk=*/1 << 12, /*largest_required_pool_block=*/64});
@@ -19,10 +20,12 @@ static void add_to(Callers::Records& records, const Calling& calling) {
 }
 
 void Callers::insert(const Calling& calling) {
-  if (records == nullptr)
+  if (records == nullptr) {
     records = std::make_shared<Records>(chunks());
-  else if (records.use_count() > 1)
+  } else if (records.use_count() > 1) {
+    if (records->count(calling) > 0) return;
     records = std::make_shared<Records>(*records, chunks());
+  }
   add_to(*records, calling);
 }
 

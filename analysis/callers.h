@@ -12,27 +12,34 @@
 
 /// An ordered set of references, without duplicates. Sets that hold the same
 /// may share their records: a name with hundreds of units would otherwise take
-/// hundreds of records for each reference to it. What is added to one set is
-/// never seen in another that it shares with, unless both are meant.
+/// hundreds of records for each reference to it. What is added to one set alone
+/// is never seen in another. Unlike those of a std::set, iterators hold only
+/// until something is added.
 class Callers {
  public:
   using Records = std::pmr::set<Calling>;
+  using value_type = Records::value_type;
+  using const_iterator = Records::const_iterator;
 
   /// The empty set.
   Callers() = default;
   Callers(const Callers&) = delete;
   Callers& operator=(const Callers&) = delete;
 
-  Records::const_iterator begin() const { return shown().begin(); }
-  Records::const_iterator end() const { return shown().end(); }
+  const_iterator begin() const { return shown().begin(); }
+  const_iterator end() const { return shown().end(); }
   std::size_t size() const { return shown().size(); }
   bool empty() const { return shown().empty(); }
+  const_iterator find(const Calling& calling) const {
+    return shown().find(calling);
+  }
 
   /// Adds a reference to this set alone; one that is known already is not added
   /// again.
   void insert(const Calling& calling);
 
-  /// Shows the records of another set from now on, instead of its own.
+  /// Shares the records of another set, instead of its own, until something is
+  /// added to one of the two alone.
   void share(Callers& other);
 
   /// Adds a reference to this set and all that share with it, if they are so

@@ -42,9 +42,10 @@ std::size_t units_in_table = 0;
 // The lines that declare a unit; few do.
 HashFilter declaring_lines;
 
-// Units of one name share their references until others change the registry: a
-// unit that was taken out would go on sharing.
-bool namesakes_share = true;
+// Whether all units that share their references are in the registry, which is
+// so until others change it. Then a set that as many share as there are units
+// of a name is shared by just these.
+bool sharers_are_registered = true;
 
 unsigned times_emptied = 0;
 
@@ -95,10 +96,18 @@ static void empty_table() {
 static void follow_registry() {
   if (Declaration::decs.size() == units_in_table) return;
   empty_table();
-  namesakes_share = false;
+  sharers_are_registered = false;
   for (auto entry = Declaration::decs.begin(); entry != Declaration::decs.end();
        ++entry)
     enter_in_table(entry);
+}
+
+// Units of one name are referred to together, from the first reference on.
+static void share_with_namesake(Entry entry) {
+  if (entry == Declaration::decs.begin()) return;
+  const auto& [name, unit] = *std::prev(entry);
+  if (name == entry->first && unit->callers.empty())
+    entry->second->callers.share(unit->callers);
 }
 
 void Declaration::forget_all() {
@@ -107,7 +116,7 @@ void Declaration::forget_all() {
   empty_table();
   declared_names.clear();
   declaring_lines.clear();
-  namesakes_share = true;
+  sharers_are_registered = true;
 }
 
 unsigned Declaration::run() { return times_emptied; }
@@ -119,7 +128,9 @@ Declaration::Declaration(DecType unit_type, const char* unit_name,
       name(copy_of(unit_name)),
       line(source_line) {
   follow_registry();
-  enter_in_table(decs.emplace(upper_case(name), this));
+  const Entry entry = decs.emplace(upper_case(name), this);
+  enter_in_table(entry);
+  share_with_namesake(entry);
   declared_names.add(hash_of(name));
   declaring_lines.add(hash_of_place(file, line));
 }
@@ -134,23 +145,12 @@ void Declaration::add_calling(char** source, int source_line) {
   callers.insert({source, source_line});
 }
 
-// Lets units that have no references yet share those to come. Does nothing when
-// one of them has some.
-static void share_callers(Entry first, int count) {
-  const auto last = std::next(first, count);
-  for (Entry entry = first; entry != last; ++entry)
-    if (!entry->second->callers.empty()) return;
-  for (Entry entry = std::next(first); entry != last; ++entry)
-    entry->second->callers.share(first->second->callers);
-}
-
 void Declaration::add_calling_to_all(Registry::iterator first, int count,
                                      char** source, int source_line) {
   const Calling calling{source, source_line};
-  if (namesakes_share && count > 1) {
-    share_callers(first, count);
-    if (first->second->callers.insert_in_all(count, calling)) return;
-  }
+  if (sharers_are_registered && count > 1 &&
+      first->second->callers.insert_in_all(count, calling))
+    return;
   for (Entry entry = first; count > 0; --count, ++entry)
     entry->second->callers.insert(calling);
 }

@@ -19,7 +19,8 @@ class Declaration {
   /// stay in the order in which they were built; a unit's place among its
   /// namesakes, from 1, is its definition index. Others may take units out and
   /// put them back under their names: the next lookup or building of a unit
-  /// notices by the size. So there has to be one between the two.
+  /// notices by the size. So there has to be one between the two; a pass over
+  /// words that name nothing makes none.
   using Registry = std::multimap<std::string, Declaration*>;
   static Registry decs;
 
@@ -58,7 +59,7 @@ class Declaration {
   char** file;  ///< not owned
   char* name;   ///< owned
   int line;
-  Callers callers;
+  Callers callers;  ///< added to by the two operations above
 
  private:
   ~Declaration();  // by forget_all() alone

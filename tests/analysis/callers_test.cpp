@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "tests/support/file_list.h"
@@ -10,6 +11,8 @@
 namespace {
 
 using Texts = std::vector<std::string>;
+
+static_assert(std::is_same_v<Callers::value_type, Calling>);
 
 class CallersTest : public testing::Test {
  protected:
@@ -40,6 +43,13 @@ TEST_F(CallersTest, AreOrderedAndTakeNoReferenceTwice) {
   EXPECT_FALSE(first.empty());
   EXPECT_EQ(3u, first.size());
   EXPECT_EQ((Texts{"a.f90:1", "a.f90:2", "b.f90:1"}), places(first));
+}
+
+TEST_F(CallersTest, AreFoundByTheirPlace) {
+  EXPECT_TRUE(first.find(a1) == first.end());
+  first.insert(a1);
+  EXPECT_TRUE(first.find(a1) == first.begin());
+  EXPECT_TRUE(first.find(a2) == first.end());
 }
 
 TEST_F(CallersTest, ShowWhatIsAddedToAllThatShare) {
@@ -73,6 +83,21 @@ TEST_F(CallersTest, AreNotSharedAnyMoreWhenOneGetsAReferenceOfItsOwn) {
 
   EXPECT_TRUE(first.insert_in_all(2, b1));
   EXPECT_EQ((Texts{"a.f90:1", "b.f90:1"}), places(third));
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(second));
+}
+
+TEST_F(CallersTest, OfTwoThatShareTheOtherDoesNotSeeWhatIsAddedToOneAlone) {
+  second.share(first);
+  first.insert(a1);
+  EXPECT_EQ(Texts{"a.f90:1"}, places(first));
+  EXPECT_EQ(Texts{}, places(second));
+}
+
+TEST_F(CallersTest, AreStillSharedWhenOneGetsAReferenceThatItHas) {
+  second.share(first);
+  first.insert_in_all(2, a1);
+  second.insert(a1);
+  EXPECT_TRUE(first.insert_in_all(2, a2));
   EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(second));
 }
 

@@ -14,7 +14,6 @@
 #include "analysis/words.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
-#include "tests/support/heap_in_use.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/temporary_folder.h"
 
@@ -415,6 +414,10 @@ class CallersOfNamesakes : public CallersOfUnits {
     return add(DT_TYPE, "solve", files.slot(1), next_line++);
   }
 
+  static bool share_records(const Declaration* a, const Declaration* b) {
+    return &*a->callers.begin() == &*b->callers.begin();
+  }
+
   const Calling a1{files.slot(0), 1};
   const Calling a2{files.slot(0), 2};
   const Calling a3{files.slot(0), 3};
@@ -477,36 +480,62 @@ TEST_F(CallersOfNamesakes, DifferByWhatCameWhileAUnitWasTakenOut) {
   Declaration::decs.emplace("SOLVE", first);
   refer_to_solve(a3);
   EXPECT_EQ((Texts{"a.f90:1", "a.f90:3"}), places(*first));
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2", "a.f90:3"}), places(*second));
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2", "a.f90:3"}), places(*third));
   EXPECT_EQ((Texts{"a.f90:2", "a.f90:3"}), places(*fourth));
 }
 
 TEST_F(CallersOfNamesakes, AreNoneInTheNextRun) {
   refer_to_solve(a1);
   Declaration::forget_all();
-  const Declaration* const unit = add_solve();
-  add_solve();
-  EXPECT_EQ(Texts{}, places(*unit));
+  const Declaration* const units[] = {add_solve(), add_solve()};
+  for (const Declaration* unit : units) EXPECT_EQ(Texts{}, places(*unit));
   refer_to_solve(a2);
-  EXPECT_EQ(Texts{"a.f90:2"}, places(*unit));
+  for (const Declaration* unit : units)
+    EXPECT_EQ(Texts{"a.f90:2"}, places(*unit));
 }
 
-// Modern trees register the name PUBLIC in each of hundreds of modules.
-TEST_F(CallersOfNamesakes, TakeTheMemoryOfOneUnits) {
-  const std::size_t record = 64;
-  for (int run = 1; run <= 2; ++run) {
-    for (int unit = 0; unit < 100; ++unit) add_solve();
-    const std::size_t before = heap_in_use();
-    for (int line = 1; line <= 1000; ++line)
-      refer_to_solve({files.slot(0), line});
-    EXPECT_GT(before + 3 * 1000 * record, heap_in_use()) << run;
+TEST_F(CallersOfNamesakes, AreKeptByAUnitThatIsTakenOutWhenTheRunIsForgotten) {
+  static const Declaration* const taken_out = first;
+  refer_to_solve(a1);
+  Declaration::decs.erase(Declaration::decs.begin());
+  Declaration::forget_all();
+  add_solve();
+  add_solve();
+  refer_to_solve(a2);
+  EXPECT_EQ(Texts{"a.f90:1"}, places(*taken_out));
+}
 
-    // Namesakes of the next run share again, whatever was done to these.
-    Declaration* const taken_out = Declaration::decs.begin()->second;
-    Declaration::decs.erase(Declaration::decs.begin());
-    refer_to_solve(a1);
-    Declaration::decs.emplace("SOLVE", taken_out);
-    Declaration::forget_all();
+TEST_F(CallersOfNamesakes, StayAsTheyCameFirstWhenAnotherSlotHasThePath) {
+  refer_to_solve(a1);
+  refer_to_solve({files.slot(2), 1});
+  for (const Declaration* unit : {first, second, third}) {
+    EXPECT_EQ(1u, unit->callers.size());
+    EXPECT_EQ(files.slot(0), unit->callers.begin()->file);
   }
+}
+
+// Modern trees register the name PUBLIC in each of hundreds of modules, and
+// refer to it in thousands of places.
+TEST_F(CallersOfNamesakes, AreKeptOnce) {
+  refer_to_solve(a1);
+  refer_to_solve(a2);
+  EXPECT_TRUE(share_records(first, second));
+  EXPECT_TRUE(share_records(first, third));
+}
+
+TEST_F(CallersOfNamesakes, AreKeptOnceInEveryRun) {
+  Declaration::decs.erase(Declaration::decs.begin());
+  refer_to_solve(a1);
+  Declaration::decs.emplace("SOLVE", first);
+  refer_to_solve(a1);
+  EXPECT_FALSE(share_records(first, second));
+
+  Declaration::forget_all();
+  add(DT_TYPE, "a", files.slot(1), 10);
+  const Declaration* const units[] = {add_solve(), add_solve()};
+  refer_to_solve(a1);
+  EXPECT_TRUE(share_records(units[0], units[1]));
 }
 
 class GatherDeclarations : public ::testing::Test {

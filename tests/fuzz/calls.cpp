@@ -3,8 +3,36 @@
 
 #include "analysis/calls.h"
 
+#include <map>
+#include <set>
+#include <string>
+
 #include "analysis/declarations.h"
+#include "analysis/source_lines.h"
+#include "analysis/words.h"
 #include "tests/fuzz/scratch.h"
+
+// The numbers of the lines in which each word stands, by its upper-case form.
+static std::map<std::string, std::set<int>> lines_of_words(const char* path) {
+  std::map<std::string, std::set<int>> lines;
+  SourceLines source(path, false);
+  while (source.is_open() && source.next()) {
+    char text[word_size];
+    for (Word word; next_word(source.scanned(), word);) {
+      copy_word(source.scanned(), word, text);
+      std::string key = text;
+      for (char& c : key) c = to_upper(c);
+      lines[key].insert(source.number());
+    }
+  }
+  return lines;
+}
+
+static std::set<int> lines_of(const Callers& callers) {
+  std::set<int> lines;
+  for (const Calling& calling : callers) lines.insert(calling.line);
+  return lines;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
                                       std::size_t size) {
@@ -14,15 +42,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
   char* slot = path.data();
   gather_declarations(&slot, false);
   gather_calls(&slot, false);
-  const std::string* last_key = nullptr;
-  std::size_t callers = 0;
-  for (const auto& [key, declaration] : Declaration::decs) {
-    demand(last_key == nullptr || *last_key != key ||
-               declaration->callers.size() == callers,
-           "units of one name are referred to alike");
-    last_key = &key;
-    callers = declaration->callers.size();
-  }
+  auto references = lines_of_words(slot);
+  for (const auto& [key, unit] : Declaration::decs)
+    references[key].erase(unit->line);
+  for (const auto& [key, unit] : Declaration::decs)
+    demand(lines_of(unit->callers) == references[key],
+           "a unit is referred to by every line that has its name and declares "
+           "no unit of that name");
   Declaration::forget_all();
   return 0;
 }
