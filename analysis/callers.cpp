@@ -23,7 +23,7 @@ void Callers::insert(const Calling& calling) {
   if (records == nullptr) {
     records = std::make_shared<Records>(chunks());
   } else if (records.use_count() > 1) {
-    if (records->count(calling) > 0) return;
+    if (find(calling) != end()) return;
     records = std::make_shared<Records>(*records, chunks());
   }
   add_to(*records, calling);
