@@ -421,12 +421,10 @@ class CallersOfNamesakes : public CallersOfUnits {
   const Calling a1{files.slot(0), 1};
   const Calling a2{files.slot(0), 2};
   const Calling a3{files.slot(0), 3};
+  int next_line = 1;
   Declaration* const first = add_solve();
   Declaration* const second = add_solve();
   Declaration* const third = add_solve();
-
- private:
-  int next_line = 1;
 };
 
 TEST_F(CallersOfNamesakes, AreTheSame) {
