@@ -2,18 +2,23 @@
 
 #include <FL/filename.H>
 
+#include <dirent.h>
+
 #include <cstdlib>
 
+static int by_number(const dirent** a, const dirent** b) {
+  return fl_numericsort(const_cast<dirent**>(a), const_cast<dirent**>(b));
+}
+
+// The system's own listing: that of FLTK 1.4 changes the names that are not
+// UTF-8.
 std::vector<std::string> list_directory(const char* dir) {
   dirent** entries = nullptr;
-  const int count = fl_filename_list(dir, &entries, fl_numericsort);
+  const int count = scandir(dir, &entries, nullptr, by_number);
 
   std::vector<std::string> names;
   for (int i = 0; i < count; ++i) {
-    std::string name = entries[i]->d_name;
-    // The toolkit marks directories by a trailing "/".
-    if (name.size() > 1 && name.back() == '/') name.pop_back();
-    names.push_back(std::move(name));
+    names.emplace_back(entries[i]->d_name);
     std::free(entries[i]);
   }
   if (count >= 0) std::free(entries);

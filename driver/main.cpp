@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <stdlib.h>
 #include <unistd.h>
 
 #include <cstdarg>
@@ -36,6 +37,10 @@ static void open_standard_streams() {
 static void survive_broken_pipes() {
   signal(SIGPIPE, [](int) {});
 }
+
+// FLTK 1.4 would prefer a Wayland session to its X server. Other versions do
+// not look at this variable.
+static void prefer_x11() { setenv("FLTK_BACKEND", "x11", 0); }
 
 static void print_and_exit(const char* format, ...) {
   va_list arguments;
@@ -74,6 +79,7 @@ int main(int argc, char** argv) {
     return 0;
   }
   if (options.verbosity) verbose = *options.verbosity;
+  prefer_x11();
   read_toolkit_switches(options.remaining, argv);
 
   ZelkorUserInterface ui;

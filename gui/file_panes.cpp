@@ -90,14 +90,16 @@ void store_current_directory(ZelkorUserInterface* ui, const char* path) {
   std::memcpy(ui->current_directory, text.c_str(), text.size() + 1);
 }
 
-// A path in the toolkit's absolute form, cut to 255 characters. The toolkit
-// writes beyond its buffer when the working directory fills that to the brim,
-// so it gets more room then.
+// A path in the toolkit's absolute form, cut to 255 characters. Below a working
+// directory of more characters the path stays as it is: FLTK 1.4 would make it
+// absolute with a cut name of that directory. The toolkit writes beyond its
+// buffer when the working directory fills that to the brim, so it has more room
+// than it is to use.
 static std::string absolute_form(const std::string& path) {
   const int size = 256;
   char absolute[2 * size];
-  const bool brimful =
-      getcwd(absolute, size) != nullptr && std::strlen(absolute) == size - 1;
+  if (getcwd(absolute, size) == nullptr) return path.substr(0, size - 1);
+  const bool brimful = std::strlen(absolute) == size - 1;
   fl_filename_absolute(absolute, brimful ? 2 * size : size, path.c_str());
   return {absolute, strnlen(absolute, size - 1)};
 }

@@ -18,7 +18,6 @@
 
 #include "driver/version.h"
 #include "tests/support/capture.h"
-#include "tests/support/expose.h"
 #include "tests/support/program.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/virtual_display.h"
@@ -63,8 +62,7 @@ Pixels pixels_of_status(const std::string& text) {
   box.align(FL_ALIGN_LEFT | FL_ALIGN_INSIDE | FL_ALIGN_CLIP);
   window.end();
   window.show();
-  wait_for_expose(window);
-  Fl::flush();
+  while (window.damage() != 0) Fl::wait(0.02);
   XSync(fl_display, False);
   Pixels pixels = status_pixels(fl_xid(&window));
   window.hide();

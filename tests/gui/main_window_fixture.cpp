@@ -5,7 +5,6 @@
 
 #include "gui/progress.h"
 #include "gui/special_browser.h"
-#include "tests/support/expose.h"
 
 void MainWindowTest::SetUp() { Fl::e_number = FL_NO_EVENT; }
 
@@ -32,7 +31,6 @@ Texts MainWindowTest::selected() const { return lines_of(*ui.selected_files); }
 
 void show_and_wait(Fl_Window& window) {
   window.show();
-  wait_for_expose(window);
   while (window.damage() != 0) Fl::wait(0.02);
 }
 

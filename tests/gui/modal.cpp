@@ -5,19 +5,10 @@
 
 #include <utility>
 
-// Only FLTK 1.1 tells whether the X server has yet to ask for a drawing.
-static bool is_exposed(const Fl_Window& window) {
-#if FL_MAJOR_VERSION == 1 && FL_MINOR_VERSION < 3
-  return Fl_X::i(&window)->wait_for_expose == 0;
-#else
-  XWindowAttributes attributes;
-  XGetWindowAttributes(fl_display, fl_xid(&window), &attributes);
-  return attributes.map_state == IsViewable;
-#endif
-}
-
+// A window that is shown is damaged until the X server has asked for its
+// drawing and got it.
 bool is_drawn(Fl_Window& window) {
-  return window.shown() != 0 && is_exposed(window) && window.damage() == 0;
+  return window.shown() != 0 && window.damage() == 0;
 }
 
 void close_by_window_manager(Fl_Window& window) {

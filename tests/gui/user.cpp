@@ -26,6 +26,17 @@ struct Inside : Fl_Browser {
   }
 };
 
+// How far a list is scrolled. FLTK 1.4 calls this vposition() and deprecates
+// position(), which is taken only where the other is missing.
+template <typename List>
+auto scrolled_by(const List& list, int) -> decltype(list.vposition()) {
+  return list.vposition();
+}
+template <typename List>
+int scrolled_by(const List& list, long) {
+  return list.position();
+}
+
 void send(int event, Fl_Window& window, int x, int y, int state) {
   Fl::e_x = x;
   Fl::e_y = y;
@@ -50,7 +61,7 @@ int height_of(const Fl_Browser& list, int line) {
 }
 
 int top_of(const Fl_Browser& list, int line) {
-  int y = Inside::top_edge(list) - list.position();
+  int y = Inside::top_edge(list) - scrolled_by(list, 0);
   for (int above = 1; above < line; ++above) y += height_of(list, above);
   return y;
 }

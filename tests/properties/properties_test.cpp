@@ -12,6 +12,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstring>
 #include <functional>
@@ -26,6 +27,7 @@
 #include "tests/support/environment.h"
 #include "tests/support/file_list.h"
 #include "tests/support/fixed_clock.h"
+#include "tests/support/latin_1_locale.h"
 #include "tests/support/settings_guard.h"
 #include "tests/support/temporary_folder.h"
 
@@ -194,19 +196,6 @@ TEST(SourceInMemory, KeepsItsLinesThroughBlankingAndTheirNumberThroughJoining) {
   });
 }
 
-// A locale in which some bytes above 127 are letters.
-const char* enter_latin_1() {
-  fs::create_directory("locales");
-  const std::string command =
-      "localedef -i de_DE -f ISO-8859-1 locales/de_DE.ISO-8859-1 "
-      ">/dev/null 2>&1";
-  if (std::system(command.c_str()) != 0) ADD_FAILURE() << "no such locale";
-  setenv("LOCPATH", fs::absolute("locales").c_str(), 1);
-  const char* name = std::setlocale(LC_ALL, "de_DE.ISO-8859-1");
-  EXPECT_NE(nullptr, name);
-  return name;
-}
-
 // The pages of a tree, by name.
 std::map<std::string, std::string> pages_without_dates(const Tree& tree) {
   FinishedRun run = run_over(tree);
@@ -220,8 +209,8 @@ TEST(Pages, AreTheSameInEveryLocale) {
     for_trees([](const Tree& tree, Dice&) {
       std::setlocale(LC_ALL, "C");
       const auto pages = pages_without_dates(tree);
-      static const std::string latin_1 = enter_latin_1();
-      for (const char* locale : {latin_1.c_str(), "C.utf8"}) {
+      static const char* const latin_1 = latin_1_locale();
+      for (const char* locale : {latin_1, "C.utf8"}) {
         ASSERT_NE(nullptr, std::setlocale(LC_ALL, locale)) << locale;
         EXPECT_TRUE(pages == pages_without_dates(tree)) << locale;
       }

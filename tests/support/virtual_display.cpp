@@ -44,6 +44,7 @@ VirtualDisplay::VirtualDisplay() {
   close(number_pipe[0]);
   if (number.empty()) throw std::runtime_error("Xvfb does not start");
   setenv("DISPLAY", (":" + number).c_str(), 1);
+  setenv("FLTK_BACKEND", "x11", 1);
 }
 
 // A server that is about to wait for its clients sees the signal only when it

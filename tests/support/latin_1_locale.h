@@ -1,0 +1,25 @@
+// A locale that is not Unicode's, made where a test needs it.
+
+#ifndef ZELKOR_TESTS_SUPPORT_LATIN_1_LOCALE_H
+#define ZELKOR_TESTS_SUPPORT_LATIN_1_LOCALE_H
+
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+
+#include <filesystem>
+
+/// Makes a locale of ISO 8859-1, in which some bytes above 127 are letters, in
+/// the directory "locales" below the working directory, and has the C library
+/// find it there. Returns its name; fails the test when it cannot be made.
+inline const char* latin_1_locale() {
+  static const char name[] = "de_DE.ISO-8859-1";
+  std::filesystem::create_directory("locales");
+  if (system("localedef -i de_DE -f ISO-8859-1 locales/de_DE.ISO-8859-1 "
+             ">/dev/null 2>&1") != 0)
+    ADD_FAILURE() << "no such locale";
+  setenv("LOCPATH", std::filesystem::absolute("locales").c_str(), 1);
+  return name;
+}
+
+#endif
