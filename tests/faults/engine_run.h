@@ -78,9 +78,9 @@ class EngineRun : public testing::Test {
     return source_page(title, content, date_time);
   }
 
-  const AsOrdinaryUser user;
-  const SettingsGuard settings;
   const TemporaryFolder folder;
+  const AsOrdinaryUser user{folder.path()};
+  const SettingsGuard settings;
   const TimeZone utc;
   FileList both = FileList({"a.f90", "b.f90"});
 };

@@ -166,14 +166,6 @@ class SmallDisk {
   bool mounted() const { return is_mounted; }
 
  private:
-  // Takes back for a while what AsOrdinaryUser gave up.
-  static void as_administrator(const std::function<void()>& action) {
-    const uid_t user = geteuid();
-    if (seteuid(getuid()) != 0) return;
-    action();
-    if (seteuid(user) != 0) abort();
-  }
-
   bool is_mounted = false;
 };
 

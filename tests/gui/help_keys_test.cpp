@@ -54,7 +54,7 @@ class HelpKeys : public MainWindowTest {
   // Whether the handbook was shown since the last question.
   static bool shown_in_browser(const std::string& path) {
     if (!fs::exists("tools/words")) return false;
-    EXPECT_EQ("file://" + path + "\n", content_of("tools/words"));
+    EXPECT_EQ(words_of("file://" + path), content_of("tools/words"));
     fs::remove("tools/words");
     return true;
   }
@@ -304,14 +304,14 @@ class InstalledProgram : public testing::Test {
   void SetUp() override {
     fs::create_directories("prefix/bin");
     fs::copy_file(ZELKOR_PROGRAM, "prefix/bin/zelkor");
-    write_browser();
+    browser = write_browser();
   }
   void press_f1(const std::string& qumbra_home) {
     const std::string home = folder.path();
     program = std::make_unique<Program>(
-        std::vector<std::string>{
-            "env", "HOME=" + home, "BROWSER=" + home + "/browser",
-            "QUMBRA_HOME=" + qumbra_home, home + "/" + started_as},
+        std::vector<std::string>{"env", "HOME=" + home, "BROWSER=" + browser,
+                                 "QUMBRA_HOME=" + qumbra_home,
+                                 home + "/" + started_as},
         "output", "errors");
     run("xdotool search --sync --onlyvisible --name '^Zelkor  [0-9.]*$'"
         " mousemove --window %1 250 350 key F1");
@@ -321,7 +321,7 @@ class InstalledProgram : public testing::Test {
     step.wait();
   }
   std::string address(const std::string& path) const {
-    return "file://" + folder.path().string() + "/" + path + "\n";
+    return words_of("file://" + folder.path().string() + "/" + path);
   }
   // The words that the browser was given, once it was.
   static std::string words() {
@@ -330,6 +330,7 @@ class InstalledProgram : public testing::Test {
   }
 
   const std::string own = "prefix/share/doc/zelkor/Zelkor_Handbook.html";
+  std::string browser;
   std::string started_as = "prefix/bin/zelkor";
   TemporaryFolder folder;
   std::unique_ptr<Program> program;

@@ -184,25 +184,28 @@ TEST_F(Browser, OutputIsCopiedByteForByte) {
 }
 
 TEST_F(Browser, OutputOfTheCommandInTheBackgroundIsCopiedToo) {
-  browser(write_script("browser", "echo \"opened $1\"\n"));
+  write_script("browser", "echo \"opened $1\"\n");
+  browser("./browser");
   EXPECT_EQ("opened file:///tmp/a.html\n",
             printed([] { launch_html("/tmp/a.html"); }));
 }
 
 TEST_F(Browser, WaitsUntilTheOutputIsClosed) {
   // Held open until a reader of the fifo has come and gone.
-  browser(write_script("browser",
-                       "mkfifo f; (cat f >/dev/null) & echo x >f\n"
-                       "wait; echo done >done\n"));
+  write_script("browser",
+               "mkfifo f; (cat f >/dev/null) & echo x >f\n"
+               "wait; echo done >done\n");
+  browser("./browser");
   launch_html("/tmp/a.html");
   EXPECT_TRUE(fs::exists("done"));
 }
 
 TEST_F(Browser, DoesNotWaitForABrowserThatClosedItsOutput) {
-  browser(write_script("browser",
-                       "exec >&- 2>&-\n"
-                       "while [ ! -e go ]; do sleep 0.05; done\n"
-                       ": >ended\n"));
+  write_script("browser",
+               "exec >&- 2>&-\n"
+               "while [ ! -e go ]; do sleep 0.05; done\n"
+               ": >ended\n");
+  browser("./browser");
   launch_html("/tmp/a.html");
   EXPECT_FALSE(fs::exists("ended"));
   write_file("go", "");
@@ -219,12 +222,13 @@ TEST_F(Browser, InterfaceIsKeptDrawnBeforeTheOutputIsRead) {
       },
       &calls);
   // Gives up after five seconds.
-  browser(write_script("browser",
-                       "i=0\n"
-                       "while [ ! -e drawn ] && [ $i -lt 100 ]; do\n"
-                       "  i=$((i+1)); sleep 0.05\n"
-                       "done\n"
-                       "[ -e drawn ] && echo drawn\n"));
+  write_script("browser",
+               "i=0\n"
+               "while [ ! -e drawn ] && [ $i -lt 100 ]; do\n"
+               "  i=$((i+1)); sleep 0.05\n"
+               "done\n"
+               "[ -e drawn ] && echo drawn\n");
+  browser("./browser");
   EXPECT_EQ("drawn\n", printed([] { launch_html("/tmp/a.html"); }));
   EXPECT_EQ(1, calls);
 }
@@ -625,8 +629,8 @@ TEST_F(Browser, HandbookIsLaunchedFromTheInstallationDirectory) {
     browser(write_browser());
     setenv("QUMBRA_HOME", folder.path().c_str(), 1);
     launch_handbook("zelkor");
-    EXPECT_EQ("file://" + folder.path().string() +
-                  "/share/doc/zelkor/Zelkor_Handbook.html\n",
+    EXPECT_EQ(words_of("file://" + folder.path().string() +
+                       "/share/doc/zelkor/Zelkor_Handbook.html"),
               content_of("words"));
   });
 }

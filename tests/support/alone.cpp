@@ -4,10 +4,10 @@
 
 #include <stdlib.h>
 
-#include <filesystem>
 #include <string>
 
 #include "tests/support/capture.h"
+#include "tests/support/ordinary_user.h"
 #include "tests/support/program.h"
 #include "tests/support/temporary_folder.h"
 
@@ -21,16 +21,20 @@ void alone(const std::function<void()>& body) {
   }
   const testing::TestInfo& test =
       *testing::UnitTest::GetInstance()->current_test_info();
-  TemporaryFolder folder;
-  Program program({"env", std::string(mark) + "=1",
-                   std::filesystem::read_symlink("/proc/self/exe"),
-                   std::string("--gtest_filter=") + test.test_suite_name() +
-                       "." + test.name()},
-                  "output", "errors");
-  const int status = program.wait();
-  const std::string output = content_of("output");
-  EXPECT_TRUE(status == 0 &&
-              output.find("[  PASSED  ] 1 test.") != std::string::npos)
-      << "status " << status << "\n"
-      << output << content_of("errors");
+  // An ordinary user may not reach the folder that this program is in.
+  as_administrator([&test] {
+    TemporaryFolder folder;
+    setenv(mark, "1", 1);
+    Program program(
+        {"/proc/self/exe", std::string("--gtest_filter=") +
+                               test.test_suite_name() + "." + test.name()},
+        "output", "errors");
+    unsetenv(mark);
+    const int status = program.wait();
+    const std::string output = content_of("output");
+    EXPECT_TRUE(status == 0 &&
+                output.find("[  PASSED  ] 1 test.") != std::string::npos)
+        << "status " << status << "\n"
+        << output << content_of("errors");
+  });
 }

@@ -3,6 +3,7 @@
 #ifndef ZELKOR_TESTS_SUPPORT_SCRIPT_H
 #define ZELKOR_TESTS_SUPPORT_SCRIPT_H
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 
@@ -16,13 +17,24 @@ inline std::string write_script(const std::string& path,
   return std::filesystem::absolute(path);
 }
 
+/// A path as one word of a shell command, whatever blanks are in it.
+inline std::string quoted(const std::string& path) { return "'" + path + "'"; }
+
+/// The words into which a shell splits a text that is not quoted, each with a
+/// line end.
+inline std::string words_of(std::string text) {
+  std::replace(text.begin(), text.end(), ' ', '\n');
+  return text + "\n";
+}
+
 /// Writes a browser that does nothing but note the words it is given, each in a
-/// line of the file "words" beside it.
+/// line of the file "words" beside it. Returns the command that starts it.
 inline std::string write_browser(const std::string& path = "browser") {
   const std::string words =
       std::filesystem::absolute(path).parent_path() / "words";
-  return write_script(path, "printf '%s\\n' \"$@\" >'" + words + ".new'\n" +
-                                "mv '" + words + ".new' '" + words + "'\n");
+  return quoted(write_script(path, "printf '%s\\n' \"$@\" >'" + words +
+                                       ".new'\n" + "mv '" + words + ".new' '" +
+                                       words + "'\n"));
 }
 
 #endif
