@@ -311,7 +311,7 @@ class InstalledProgram : public testing::Test {
     program = std::make_unique<Program>(
         std::vector<std::string>{"env", "HOME=" + home, "BROWSER=" + browser,
                                  "QUMBRA_HOME=" + qumbra_home,
-                                 home + "/" + started_as},
+                                 folder.path() / started_as},
         "output", "errors");
     run("xdotool search --sync --onlyvisible --name '^Zelkor  [0-9.]*$'"
         " mousemove --window %1 250 350 key F1");
@@ -331,7 +331,7 @@ class InstalledProgram : public testing::Test {
 
   const std::string own = "prefix/share/doc/zelkor/Zelkor_Handbook.html";
   std::string browser;
-  std::string started_as = "prefix/bin/zelkor";
+  fs::path started_as = "prefix/bin/zelkor";
   TemporaryFolder folder;
   std::unique_ptr<Program> program;
 };
@@ -358,6 +358,15 @@ TEST_F(InstalledProgram, StartedThroughALinkItFindsItsHandbookToo) {
   started_as = "z";
   press_f1("/nowhere");
   EXPECT_EQ(address(own), words());
+}
+
+TEST_F(InstalledProgram, F1ShowsTheHandbookFromTheBuildDirectoryToo) {
+  started_as = ZELKOR_PROGRAM;
+  press_f1("/nowhere");
+  const fs::path built = started_as.parent_path().parent_path() /
+                         "share/doc/zelkor/Zelkor_Handbook.html";
+  EXPECT_EQ(words_of("file://" + built.string()), words());
+  EXPECT_NE(0u, fs::file_size(built));
 }
 
 TEST_F(InstalledProgram, HandbookOfTheInstallationDirectoryComesFirst) {
