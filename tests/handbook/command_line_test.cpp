@@ -76,13 +76,14 @@ TEST(HandbookCommandLine, OptionsAreTheSameInAllThatTellsOfThem) {
             letters_behind("\n.It Fl ", source_file("packaging/zelkor.1")));
   EXPECT_EQ(letters, letters_behind("| `-", source_file("README.md")));
 
-  std::set<char> completed;
-  for (const std::string& words :
-       pieces(source_file("packaging/zelkor.bash-completion"), "compgen -W '-",
-              "'"))
-    for (const std::string& word : split("-" + words, ' '))
+  for (const std::string file : {"zelkor.bash-completion", "_zelkor"}) {
+    const std::string script = source_file("packaging/" + file);
+    std::set<char> completed;
+    for (const std::string& word :
+         split(pieces(script, " all='", "'").at(0), ' '))
       completed.insert(word.at(1));
-  EXPECT_EQ(letters, completed);
+    EXPECT_EQ(letters, completed) << file;
+  }
 }
 
 TEST(HandbookCommandLine, LastWordWithTheLettersOfHelpAsksForTheUsage) {
