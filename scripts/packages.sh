@@ -28,7 +28,7 @@ is_there() {
     imagemagick) command -v import ;;
     libbenchmark-dev) has_header benchmark/benchmark.h ;;
     libgtest-dev) has_header gtest/gtest.h ;;
-    locales) command -v localedef ;;
+    locales) [ -e /usr/share/i18n/locales/de_DE ] ;;
     ninja-build) command -v ninja ;;
     nodejs) command -v node ;;
     xvfb) command -v Xvfb ;;
@@ -46,7 +46,7 @@ in_words() {
     imagemagick) echo "ImageMagick" ;;
     libbenchmark-dev) echo "Google Benchmark with its headers" ;;
     libgtest-dev) echo "GoogleTest with its headers" ;;
-    locales) echo "localedef" ;;
+    locales) echo "localedef and the sources of locales (/usr/share/i18n)" ;;
     xvfb) echo "Xvfb" ;;
     *) echo "$1" ;;
   esac
