@@ -10,8 +10,8 @@ static int by_number(const dirent** a, const dirent** b) {
   return fl_numericsort(const_cast<dirent**>(a), const_cast<dirent**>(b));
 }
 
-// The system's own listing: that of FLTK 1.4 changes the names that are not
-// UTF-8.
+// The system's own listing, because that of the toolkit, from FLTK 1.3 on,
+// recodes names where the locale is not UTF-8.
 std::vector<std::string> list_directory(const char* dir) {
   dirent** entries = nullptr;
   const int count = scandir(dir, &entries, nullptr, by_number);
