@@ -117,7 +117,7 @@ class ProgramRun : public testing::Test {
   }
 
   std::string output() { return content_of(folder.path() / "output"); }
-  std::string errors() { return content_of(folder.path() / "errors"); }
+  std::string errors() { return errors_in(folder.path() / "errors"); }
 
   static int page_count() {
     return static_cast<int>(std::distance(fs::directory_iterator("pages"),

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <regex>
 
 std::string written(const std::function<void(std::FILE*)>& writer) {
   char* text = nullptr;
@@ -57,4 +58,9 @@ std::string content_of(const std::string& path) {
   std::string text = rest_of(file);
   std::fclose(file);
   return text;
+}
+
+std::string errors_in(const std::string& path) {
+  return std::regex_replace(
+      content_of(path), std::regex("Fontconfig (error|warning): [^\n]*\n"), "");
 }

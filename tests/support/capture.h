@@ -20,4 +20,9 @@ long bytes_printed();
 /// gives the empty text.
 std::string content_of(const std::string& path);
 
+/// What a program under test wrote to the file of its standard error, without
+/// the lines in which newer versions of fontconfig complain: of a toolkit that
+/// does not initialise it, and of a working directory that is gone.
+std::string errors_in(const std::string& path);
+
 #endif
