@@ -3,6 +3,7 @@
 #include <FL/Fl.H>
 #include <FL/Fl_Button.H>
 #include <FL/Fl_Menu_Button.H>
+#include <FL/Fl_Menu_Item.H>
 #include <FL/Fl_Multi_Browser.H>
 #include <FL/filename.H>
 #include <FL/fl_ask.H>
@@ -18,6 +19,7 @@
 #include "driver/directory_listing.h"
 #include "driver/settings.h"
 #include "gui/label_text.h"
+#include "gui/label_types.h"
 #include "gui/special_browser.h"
 #include "gui/user_interface.h"
 
@@ -125,6 +127,16 @@ static std::string menu_text(const std::string& name) {
   return text;
 }
 
+// Shows the names of a menu and of its items as they are. Each add() moves the
+// items, so this comes after the last one.
+static void draw_literally(Fl_Menu_* menu) {
+  menu->labeltype(literal_label());
+  auto* items = const_cast<Fl_Menu_Item*>(menu->menu());
+  for (int i = 0; i + 1 < menu->size(); ++i)
+    items[i].labeltype(literal_label());
+  menu->redraw();
+}
+
 void dir_menu(Fl_Menu_* menu, const char* path) {
   const std::string names = without_trailing_slash(path);
   std::size_t end =
@@ -142,7 +154,7 @@ void dir_menu(Fl_Menu_* menu, const char* path) {
     }
     end = slash_before;
   }
-  menu->redraw();
+  draw_literally(menu);
 }
 
 // The name that a line of a list shows, without its format prefixes.
