@@ -10,6 +10,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -60,6 +61,17 @@ static void read_toolkit_switches(int count, char** arguments) {
   Fl::error = hook;
 }
 
+// Lets the toolkit draw a window that is shown, for it is not drawn during the
+// search. One that nobody can see, such as an icon, is not waited for long.
+static void draw_now(Fl_Window& window) {
+  using Clock = std::chrono::steady_clock;
+  const auto deadline = Clock::now() + std::chrono::seconds(2);
+  while (window.shown() != 0 && window.damage() != 0 &&
+         Clock::now() < deadline)
+    Fl::wait(0.02);
+  Fl::flush();
+}
+
 static void select_files(const ZelkorUserInterface& ui,
                          const CommandLine& options) {
   if (options.extensions.empty()) return;
@@ -86,8 +98,10 @@ int main(int argc, char** argv) {
   const std::unique_ptr<Fl_Window> window(
       ui.make_window("Zelkor  " + version_text(build_date())));
   window->show();
-  offer_help_keys(window.get());
+  draw_now(*window);
+  if (window->shown() == 0) return 0;
   select_files(ui, options);
+  offer_help_keys(window.get());
   Fl::run();
   return 0;
 }

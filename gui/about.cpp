@@ -34,6 +34,18 @@ static void settle_events() {
   while (Fl::ready()) Fl::wait(0.125);
 }
 
+// Keys are for the buttons. The mouse can mark text, which then has the focus
+// until a key leads away from it.
+static void focus_by_mouse(void* output) {
+  auto* text = static_cast<Fl_Multiline_Output*>(output);
+  if (Fl::pushed() == text) {
+    text->set_visible_focus();
+    text->take_focus();
+  } else if (Fl::focus() != text) {
+    text->clear_visible_focus();
+  }
+}
+
 bool fl_about(char** xpm, const char* title, const char* text,
               Fl_Window* parent) {
   const int font_size = 12;
@@ -50,6 +62,7 @@ bool fl_about(char** xpm, const char* title, const char* text,
   Fl_Dialog dialog(parent->x() + parent->w() / 2, parent->y() + parent->h() / 2,
                    width + 20, logo_height + 25 + text_height + 70, title);
   dialog.color(background);
+  Fl_Multiline_Output* output = nullptr;
   // clang-format off
   dialog.work_area()->begin();
   { Fl_Box* o = new Fl_Box((width - logo_width) / 2 + 10, 10, logo_width, logo_height);
@@ -67,9 +80,14 @@ bool fl_about(char** xpm, const char* title, const char* text,
     o->textfont(FL_HELVETICA);
     o->textsize(font_size);
     o->value(text);
+    o->clear_visible_focus();
+    output = o;
     dialog.work_area()->resizable(o);
   } // Fl_Multiline_Output* o
   dialog.work_area()->end();
   // clang-format on
-  return dialog.run() == 1;
+  Fl::add_check(focus_by_mouse, output);
+  const int answer = dialog.run();
+  Fl::remove_check(focus_by_mouse, output);
+  return answer == 1;
 }

@@ -24,6 +24,8 @@
 #include "driver/version.h"
 #include "gui/file_panes.h"
 #include "gui/label_text.h"
+#include "gui/label_types.h"
+#include "gui/message_boxes.h"
 #include "gui/progress.h"
 #include "gui/special_browser.h"
 #include "gui/user_interface.h"
@@ -133,13 +135,15 @@ static int level_item() {
 }
 
 static const char* initial_notice() {
-  static const std::string notice = "Copyright (C) Qumbra " + build_year();
+  static const std::string notice =
+      "F1: handbook. Copyright (C) Qumbra " + build_year();
   return notice.c_str();
 }
 
 // clang-format off
 Fl_Window* ZelkorUserInterface::make_window(const std::string& title) {
   gui_instance = this;
+  title_message_boxes("Zelkor");
   Fl_Window* window;
   { window = new Fl_Window(529, 363);
     window->copy_label(title.c_str());
@@ -161,6 +165,7 @@ Fl_Window* ZelkorUserInterface::make_window(const std::string& title) {
       status_box->color((Fl_Color)52);
       status_box->labelfont(FL_TIMES_ITALIC);
       status_box->align(FL_ALIGN_LEFT | FL_ALIGN_INSIDE | FL_ALIGN_CLIP);
+      status_box->labeltype(status_label());
     } // Fl_Box* status_box
     { selected_files = new SpecialBrowser(10, 115, 210, 215, "Selected Files");
       selected_files->type(FL_MULTI_BROWSER);
@@ -183,14 +188,17 @@ Fl_Window* ZelkorUserInterface::make_window(const std::string& title) {
       dir_menu_button->color((Fl_Color)52);
       dir_menu_button->selection_color((Fl_Color)175);
       dir_menu_button->labelfont(FL_HELVETICA_BOLD);
+      dir_menu_button->tooltip("Go to one of the directories above.");
       dir_menu_button->callback((Fl_Callback*)change_dir_menu_cb, this);
       store_current_directory(this, "./");
       change_dir_to(this, "./");
     } // Fl_Menu_Button* dir_menu_button
     { add_button = new Fl_Button(235, 125, 60, 25, "<<<");
+      add_button->tooltip("Add what is marked on the right to Selected Files.");
       add_button->callback((Fl_Callback*)add_files_cb, this);
     } // Fl_Button* add_button
     { remove_button = new Fl_Button(235, 160, 60, 25, ">>>");
+      remove_button->tooltip("Take what is marked on the left out of Selected Files. No file is deleted.");
       remove_button->callback((Fl_Callback*)remove_files_cb, this);
     } // Fl_Button* remove_button
     { Fl_Button* o = new Fl_Button(235, 300, 60, 25, "help");
@@ -205,6 +213,7 @@ Fl_Window* ZelkorUserInterface::make_window(const std::string& title) {
         o->align(FL_ALIGN_TOP | FL_ALIGN_LEFT);
         o->menu(menu_Level);
         o->value(level_item());
+        o->tooltip("Choosing a level also turns the others over; the highest one on counts. F1 tells more.");
       } // Fl_Choice* o
       { bold_button = new Fl_Check_Button(450, 28, 70, 30, "bold");
         bold_button->labelfont(FL_HELVETICA_BOLD);
@@ -233,8 +242,10 @@ Fl_Window* ZelkorUserInterface::make_window(const std::string& title) {
       output_dir_input->labelfont(FL_HELVETICA_BOLD);
       output_dir_input->textfont(FL_COURIER);
       output_dir_input->align(FL_ALIGN_TOP | FL_ALIGN_LEFT);
+      output_dir_input->tooltip("The directory for the pages. It must exist.");
     } // Fl_Input* output_dir_input
     { Fl_Button* o = new Fl_Button(260, 45, 75, 20, "Browse...");
+      o->tooltip("Choose the directory for the pages.");
       o->callback((Fl_Callback*)SelectOutput_cb, output_dir_input);
     } // Fl_Button* o
     window->end();

@@ -25,14 +25,17 @@ static std::string browser_command(const std::string& path) {
          " &";
 }
 
-// Runs a command and copies its output. Returns whether it could be started.
+// Runs a command and copies its output, each piece at once: the browser may stay
+// for hours. Returns whether it could be started.
 static bool run_command(const std::string& command) {
   std::FILE* output = popen(command.c_str(), "r");
   if (output == nullptr) return false;
   Fl::check();
   char piece[1024];
-  while (std::fgets(piece, sizeof piece, output) != nullptr)
+  while (std::fgets(piece, sizeof piece, output) != nullptr) {
     std::fputs(piece, stdout);
+    std::fflush(stdout);
+  }
   pclose(output);
   return true;
 }

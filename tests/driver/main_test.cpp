@@ -8,7 +8,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -67,12 +66,7 @@ class StartUp : public testing::Test {
   }
 
   std::string output() { return content_of(folder.path() / "output"); }
-  // What the program writes to standard error, without what newer versions of
-  // fontconfig say of themselves in a working directory that is gone.
-  std::string errors() {
-    return std::regex_replace(content_of(folder.path() / "errors"),
-                              std::regex("Fontconfig error: [^\n]*\n"), "");
-  }
+  std::string errors() { return errors_in(folder.path() / "errors"); }
 
   TemporaryFolder folder;
   std::unique_ptr<Program> program;
@@ -350,6 +344,40 @@ TEST_F(StartUpWithDisplay, NeverStartsARunByItself) {
   EXPECT_EQ(0, end());
   EXPECT_EQ("", output());
   EXPECT_TRUE(fs::is_empty("HTML"));
+}
+
+// --- The window before the search ---
+
+// A search below two links to the directory itself has no end.
+class EndlessSearch : public StartUpWithDisplay {
+ protected:
+  EndlessSearch() {
+    fs::create_symlink(".", "one");
+    fs::create_symlink(".", "two");
+  }
+
+  const Words search = {"-r", "-e", "f90"};
+};
+
+TEST_F(EndlessSearch, TheWindowIsDrawnAlready) {
+  ASSERT_TRUE(open(search));
+  EXPECT_EQ("Zelkor  " + version_of_build(), window.title());
+  EXPECT_TRUE(wait_until([this] { return window.is_drawn(); }));
+  EXPECT_TRUE(program->running());
+}
+
+TEST_F(EndlessSearch, IsLeftOutWhenTheWindowIsClosedBeforeItIsDrawn) {
+  const WindowsKeptOffTheScreen others;
+  start(search);
+  others.close_next();
+  EXPECT_EQ(0, end());
+}
+
+TEST_F(StartUpWithDisplay, AnIconSelectsFilesAsWell) {
+  write_file("a.f90", "x\n");
+  ASSERT_TRUE(open({"-iconic", "-e", "f90", "-v", "1"}));
+  generate();
+  EXPECT_EQ(run_reports({"./a.f90"}), output());
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "driver/version.h"
+#include "gui/label_types.h"
 #include "tests/support/capture.h"
 #include "tests/support/program.h"
 #include "tests/support/temporary_folder.h"
@@ -60,6 +61,7 @@ Pixels pixels_of_status(const std::string& text) {
   box.color(static_cast<Fl_Color>(52));
   box.labelfont(FL_TIMES_ITALIC);
   box.align(FL_ALIGN_LEFT | FL_ALIGN_INSIDE | FL_ALIGN_CLIP);
+  box.labeltype(status_label());
   window.end();
   window.show();
   while (window.damage() != 0) Fl::wait(0.02);
@@ -114,7 +116,8 @@ class WindowRun : public testing::Test {
     program = std::make_unique<Program>(words, "output", "errors");
     window = std::stoul(
         xdotool("search --sync --onlyvisible --name '^Zelkor  [0-9.]*$'"));
-    ASSERT_TRUE(shows_status("Copyright (C) Qumbra " + build_year()));
+    ASSERT_TRUE(
+        shows_status("F1: handbook. Copyright (C) Qumbra " + build_year()));
   }
 
   bool shows_status(const std::string& text) {
@@ -159,7 +162,7 @@ TEST_F(WindowRun, WritesTheExpectedPagesAndReports) {
   }
   EXPECT_EQ(content_of(fs::path(ZELKOR_E2E_FOLDER) / "plume_report.txt"),
             content_of("output"));
-  EXPECT_EQ("", content_of("errors"));
+  EXPECT_EQ("", errors_in("errors"));
 
   press_keys("Escape");
   EXPECT_EQ(0, program->wait());

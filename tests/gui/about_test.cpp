@@ -325,6 +325,33 @@ TEST_F(About, TextIsReadOnlyAndWrapped) {
   });
 }
 
+// One step at a time: between two of them the toolkit has its turn.
+TEST_F(About, TextIsMarkedByTheMouseButPassedOverByTheTabKey) {
+  std::vector<std::string> focus;
+  answered({20, 10}, "one\n", [&, step = 0](Fl_Window& window) mutable {
+    auto& dialog = dynamic_cast<Fl_Dialog&>(window);
+    Fl_Multiline_Output& text = output(dialog);
+    const std::function<void()> steps[] = {
+        [&] { button_of(dialog, "cancel")->take_focus(); },
+        [&] { press_key(dialog, FL_Tab); },
+        [&] { press_key(dialog, FL_Tab); },
+        [&] { push(text); },
+        [&] { release(text); },
+        [&] { press_key(dialog, FL_Tab); },
+        [&] { press_key(dialog, FL_Tab, FL_SHIFT); },
+        [&] { click(*button_of(dialog, "okay")); },
+    };
+    if (step > 0)
+      focus.emplace_back(Fl::focus() == nullptr ? "(none)"
+                         : Fl::focus() == &text ? "text"
+                                                : Fl::focus()->label());
+    steps[step++]();
+  });
+  EXPECT_EQ((std::vector<std::string>{"cancel", "okay", "okay", "text", "text",
+                                      "cancel", "cancel"}),
+            focus);
+}
+
 TEST_F(About, TitleStandsAboveTheText) {
   about({20, 10}, "one\n", [&](Fl_Dialog& dialog) {
     EXPECT_STREQ(title, output(dialog).label());

@@ -128,12 +128,10 @@ TEST_F(DialogFrame, ButtonsKeepTheDefaultCallback) {
     EXPECT_EQ(&Fl_Widget::default_callback, in_row(i)->callback());
 }
 
-TEST_F(DialogFrame, ButtonsAreOrdinaryOnesWithoutShortcuts) {
-  for (const int i : {0, 2}) {
-    const auto& button = dynamic_cast<const Fl_Button&>(*in_row(i));
-    EXPECT_EQ(FL_NORMAL_BUTTON, button.type());
-    EXPECT_EQ(0, button.shortcut());
-  }
+TEST_F(DialogFrame, ButtonsAreOrdinaryOnes) {
+  for (const int i : {0, 2})
+    EXPECT_EQ(FL_NORMAL_BUTTON,
+              dynamic_cast<const Fl_Button&>(*in_row(i)).type());
 }
 
 TEST(Dialog, SmallestSizesFollowTheSameRules) {
@@ -221,6 +219,25 @@ TEST_F(DialogRun, ClosedByTheWindowManagerAnswersZero) {
 TEST_F(DialogRun, EscapeAnswersZero) {
   EXPECT_EQ(0, run([](Fl_Window& window) { press_key(window, FL_Escape); }));
   EXPECT_FALSE(dialog.shown());
+}
+
+// Both keys bring the character of a line end.
+TEST_F(DialogRun, ReturnAndEnterAnswerOneWhicheverButtonHasTheFocus) {
+  for (const char* focus : {"cancel", "okay"})
+    for (const int key : {FL_Enter, FL_KP_Enter})
+      EXPECT_EQ(1, run([&](Fl_Window& window) {
+                  button(focus).take_focus();
+                  press_key(window, key);
+                }))
+          << focus << ' ' << key;
+}
+
+TEST_F(DialogRun, SpacePressesTheButtonThatHasTheFocus) {
+  for (const int answer : {0, 1})
+    EXPECT_EQ(answer, run([&](Fl_Window& window) {
+                button(answer == 0 ? "cancel" : "okay").take_focus();
+                press_key(window, ' ');
+              }));
 }
 
 TEST_F(DialogRun, IsShownAndModalWhileItWaits) {

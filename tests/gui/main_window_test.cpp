@@ -10,9 +10,12 @@
 #include <FL/Fl_Menu_Button.H>
 #include <FL/Fl_Multi_Browser.H>
 #include <FL/Fl_Slider.H>
+#include <FL/fl_ask.H>
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
+#include <set>
 #include <sstream>
 #include <string>
 #include <typeinfo>
@@ -21,6 +24,7 @@
 #include "driver/settings.h"
 #include "driver/version.h"
 #include "gui/file_panes.h"
+#include "gui/label_types.h"
 #include "gui/special_browser.h"
 #include "tests/gui/main_window_fixture.h"
 #include "tests/gui/user.h"
@@ -67,6 +71,7 @@ struct Look {
   Look& box(int v) { return set(box_, v); }
   Look& color(int v) { return set(color_, v); }
   Look& selection_color(int v) { return set(selection_color_, v); }
+  Look& labeltype(Fl_Labeltype type) { return set(labeltype_, int{type}); }
   Look& labelfont(int v) { return set(labelfont_, v); }
   Look& align(int v) { return set(align_, v); }
   Look& when(int v) { return set(when_, v); }
@@ -148,7 +153,8 @@ TEST_F(MainWindow, ConsistsOfTheseWidgetsInThisOrder) {
         .type(FL_HOR_FILL_SLIDER).box(engraved).color(52).selection_color(176)
         .labelfont(10).align(8).when(FL_WHEN_NOT_CHANGED).inactive(),
     plain<Fl_Box>(105, 337, 414, 20, ui.status_box->label())
-        .box(engraved).color(52).labelfont(10).align(84),
+        .box(engraved).color(52).labelfont(10).align(84)
+        .labeltype(status_label()),
     plain<SpecialBrowser>(10, 115, 210, 215, "Selected Files")
         .type(FL_MULTI_BROWSER).color(52).selection_color(175).labelfont(1)
         .align(5).when(FL_WHEN_NOT_CHANGED),
@@ -157,7 +163,7 @@ TEST_F(MainWindow, ConsistsOfTheseWidgetsInThisOrder) {
         .align(5).when(FL_WHEN_CHANGED).calls(change_dir_click_cb, &ui),
     plain<Fl_Menu_Button>(310, 95, 210, 19, ui.dir_menu_button->label())
         .color(52).selection_color(175).labelfont(1)
-        .calls(change_dir_menu_cb, &ui),
+        .labeltype(literal_label()).calls(change_dir_menu_cb, &ui),
     plain<Fl_Button>(235, 125, 60, 25, "<<<").calls(add_files_cb, &ui),
     plain<Fl_Button>(235, 160, 60, 25, ">>>").calls(remove_files_cb, &ui),
     plain<Fl_Button>(235, 300, 60, 25, "help")
@@ -255,8 +261,9 @@ TEST_F(MainWindow, IsOfTheWindowClassZelkor) {
 TEST_F(MainWindow, NoticeEndsInTheYearOfTheBuild) {
   build();
   const std::string date = build_date();
-  EXPECT_EQ("Copyright (C) Qumbra " + date.substr(date.size() - 4),
-            ui.status_box->label());
+  EXPECT_EQ(
+      "F1: handbook. Copyright (C) Qumbra " + date.substr(date.size() - 4),
+      ui.status_box->label());
 }
 
 TEST_F(MainWindow, NoticeIsBuiltOnce) {
@@ -322,6 +329,37 @@ TEST_F(MainWindow, HelpShowsItsTextInAMessageBox) {
                   "\n"
                   "Zelkor is FREE... tell others about it!\n"},
             boxes.seen());
+}
+
+TEST_F(MainWindow, MessageBoxesBearTheProgramsName) {
+  build();
+  const auto title_in = [](const std::function<void()>& box) {
+    std::string title;
+    const ModalWatcher watcher([&title](Fl_Window& shown) {
+      title = shown.label() == nullptr ? "" : shown.label();
+      press_key(shown, FL_Escape);
+    });
+    box();
+    return title;
+  };
+  EXPECT_EQ("Zelkor", title_in([] { fl_message("message"); }));
+  EXPECT_EQ("Zelkor", title_in([] { fl_alert("alert"); }));
+  EXPECT_EQ("Zelkor", title_in([] { fl_choice("choice", "0", "1", "2"); }));
+  EXPECT_EQ("Zelkor", title_in([] { fl_input("input", ""); }));
+}
+
+TEST_F(MainWindow, ControlsWhoseUseIsNotPlainHaveTooltips) {
+  build();
+  std::vector<const Fl_Widget*> widgets;
+  collect(*window, widgets);
+  std::set<std::string> explained;
+  for (const Fl_Widget* widget : widgets)
+    if (widget->tooltip() != nullptr && widget->tooltip()[0] != '\0')
+      explained.insert(widget->label());
+  EXPECT_EQ(
+      (std::set<std::string>{"<<<", ">>>", ui.dir_menu_button->label(),
+                             "Level :", "Browse...", "HTML Output Directory"}),
+      explained);
 }
 
 // --- Highlighting controls ---

@@ -87,12 +87,25 @@ void click(Fl_Browser& list, int line, int modifiers) {
   send(FL_RELEASE, *list.window(), Fl::e_x, Fl::e_y, modifiers);
 }
 
+// The X server hands events to the outermost window.
+static void send(int event, Fl_Widget& widget, int state) {
+  int x = widget.x() + widget.w() / 2;
+  int y = widget.y() + widget.h() / 2;
+  Fl_Window* window = widget.window();
+  for (; window->window() != nullptr; window = window->window()) {
+    x += window->x();
+    y += window->y();
+  }
+  send(event, *window, x, y, state);
+}
+
+void push(Fl_Widget& widget) { send(FL_PUSH, widget, FL_BUTTON1); }
+
+void release(Fl_Widget& widget) { send(FL_RELEASE, widget, 0); }
+
 void click(Fl_Widget& widget) {
-  const int x = widget.x() + widget.w() / 2;
-  const int y = widget.y() + widget.h() / 2;
-  Fl_Window& window = *widget.window();
-  send(FL_PUSH, window, x, y, FL_BUTTON1);
-  send(FL_RELEASE, window, x, y, 0);
+  push(widget);
+  release(widget);
 }
 
 void push_below(Fl_Browser& list) {
@@ -103,6 +116,7 @@ void push_below(Fl_Browser& list) {
 void press_key(Fl_Window& window, int key, int modifiers) {
   static char text[2] = "";
   text[0] = key < 0x80 ? static_cast<char>(key) : '\0';
+  if (key == FL_Enter || key == FL_KP_Enter) text[0] = '\r';
   Fl::e_text = text;
   Fl::e_length = text[0] == '\0' ? 0 : 1;
   Fl::e_keysym = key;

@@ -21,7 +21,9 @@ void release(Fl_Browser& list, int line, int modifiers = 0);
 /// Push and release.
 void click(Fl_Browser& list, int line, int modifiers = 0);
 
-/// A click at the middle of a widget.
+/// A push, a release or both, at the middle of a widget.
+void push(Fl_Widget& widget);
+void release(Fl_Widget& widget);
 void click(Fl_Widget& widget);
 
 /// A push near a list's lower edge, below its lines.

@@ -19,6 +19,7 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -188,6 +189,27 @@ TEST_F(Browser, OutputOfTheCommandInTheBackgroundIsCopiedToo) {
   browser("./browser");
   EXPECT_EQ("opened file:///tmp/a.html\n",
             printed([] { launch_html("/tmp/a.html"); }));
+}
+
+// The command goes on once its first line has arrived, or gives up after five
+// seconds.
+TEST_F(Browser, OutputIsCopiedAtOnce) {
+  write_script("browser",
+               "echo one\n"
+               "i=0\n"
+               "while [ ! -e seen ] && [ $i -lt 100 ]; do\n"
+               "  i=$((i+1)); sleep 0.05\n"
+               "done\n"
+               "[ -e seen ] && echo two\n");
+  browser("./browser");
+  EXPECT_EQ("one\ntwo\n", printed([] {
+              std::thread reader([] {
+                if (wait_until([] { return bytes_printed() == 4; }))
+                  write_file("seen", "");
+              });
+              launch_html("/tmp/a.html");
+              reader.join();
+            }));
 }
 
 TEST_F(Browser, WaitsUntilTheOutputIsClosed) {

@@ -4,6 +4,7 @@
 
 // Xlib's macros would spoil the headers above if it came first.
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 
 #include "tests/support/wait_until.h"
 
@@ -65,7 +66,23 @@ void ProgramWindow::press_key(const std::string& name) {
   xdotool({"key", name});
 }
 
-void ProgramWindow::close() {
+bool ProgramWindow::is_drawn() const {
+  XWindowAttributes attributes{};
+  if (XGetWindowAttributes(connection, window, &attributes) == 0) return false;
+  XImage* image = XGetImage(
+      connection, window, 0, 0, static_cast<unsigned>(attributes.width),
+      static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
+  if (image == nullptr) return false;
+  bool drawn = false;
+  for (int y = 0; y < attributes.height; ++y)
+    for (int x = 0; x < attributes.width; ++x)
+      drawn = drawn || XGetPixel(image, x, y) != XGetPixel(image, 0, 0);
+  XDestroyImage(image);
+  return drawn;
+}
+
+// Asks a window to close, as a window manager does.
+static void ask_to_close(Display* connection, Window window) {
   XEvent event{};
   event.xclient.type = ClientMessage;
   event.xclient.window = window;
@@ -75,4 +92,28 @@ void ProgramWindow::close() {
       static_cast<long>(XInternAtom(connection, "WM_DELETE_WINDOW", False));
   XSendEvent(connection, window, False, NoEventMask, &event);
   XSync(connection, False);
+}
+
+void ProgramWindow::close() { ask_to_close(connection, window); }
+
+WindowsKeptOffTheScreen::WindowsKeptOffTheScreen()
+    : connection(XOpenDisplay(nullptr)) {
+  XSelectInput(connection, DefaultRootWindow(connection),
+               SubstructureRedirectMask);
+  XSync(connection, False);
+}
+
+WindowsKeptOffTheScreen::~WindowsKeptOffTheScreen() {
+  XCloseDisplay(connection);
+}
+
+void WindowsKeptOffTheScreen::close_next() const {
+  Window window = 0;
+  EXPECT_TRUE(wait_until([&] {
+    XEvent event{};
+    if (XCheckTypedEvent(connection, MapRequest, &event) == 0) return false;
+    window = event.xmaprequest.window;
+    return true;
+  }));
+  ask_to_close(connection, window);
 }

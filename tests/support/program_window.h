@@ -27,6 +27,9 @@ class ProgramWindow {
   /// Its title, once it has been waited for.
   const std::string& title() const { return text; }
 
+  /// Whether it shows anything but one colour.
+  bool is_drawn() const;
+
   void click(int x, int y);
   void type(const std::string& keys);
   void press_key(const std::string& name);
@@ -44,6 +47,22 @@ class ProgramWindow {
   _XDisplay* connection;
   unsigned long window = 0;
   std::string text;
+};
+
+/// A window manager that puts no window on the screen, so that the X server
+/// asks for no drawing.
+class WindowsKeptOffTheScreen {
+ public:
+  WindowsKeptOffTheScreen();
+  ~WindowsKeptOffTheScreen();
+  WindowsKeptOffTheScreen(const WindowsKeptOffTheScreen&) = delete;
+  WindowsKeptOffTheScreen& operator=(const WindowsKeptOffTheScreen&) = delete;
+
+  /// Waits for the next window that wants to be shown, and asks it to close.
+  void close_next() const;
+
+ private:
+  _XDisplay* connection;
 };
 
 #endif
