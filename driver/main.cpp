@@ -66,8 +66,7 @@ static void read_toolkit_switches(int count, char** arguments) {
 static void draw_now(Fl_Window& window) {
   using Clock = std::chrono::steady_clock;
   const auto deadline = Clock::now() + std::chrono::seconds(2);
-  while (window.shown() != 0 && window.damage() != 0 &&
-         Clock::now() < deadline)
+  while (window.shown() != 0 && window.damage() != 0 && Clock::now() < deadline)
     Fl::wait(0.02);
   Fl::flush();
 }

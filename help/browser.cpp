@@ -25,8 +25,8 @@ static std::string browser_command(const std::string& path) {
          " &";
 }
 
-// Runs a command and copies its output, each piece at once: the browser may stay
-// for hours. Returns whether it could be started.
+// Runs a command and copies its output, each piece at once: the browser may
+// stay for hours. Returns whether it could be started.
 static bool run_command(const std::string& command) {
   std::FILE* output = popen(command.c_str(), "r");
   if (output == nullptr) return false;
