@@ -203,7 +203,11 @@ TEST_F(IsDeclaration, TellsTheIndexOfTheUnitDeclaredOnThisLineOfThisFile) {
 }
 
 TEST_F(IsDeclaration, KnowsFilesByTheirSlotsAlone) {
+  ASSERT_STREQ(*files.slot(0), *files.slot(2));
   expect({"solve", 0, 3}, "solve", files.slot(2), 5);
+  add(DT_SUBROUTINE, "solve", files.slot(2), 5);
+  expect({"solve", 2, 4}, "solve", files.slot(0), 5);
+  expect({"solve", 4, 4}, "solve", files.slot(2), 5);
 }
 
 TEST_F(IsDeclaration, TellsTheLastIndexOfUnitsDeclaredOnOneLine) {
