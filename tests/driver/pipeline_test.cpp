@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <malloc.h>
+
+#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <string>
@@ -13,6 +16,7 @@
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
 #include "tests/support/fixed_clock.h"
+#include "tests/support/heap_in_use.h"
 #include "tests/support/page_text.h"
 #include "tests/support/recorded_progress.h"
 #include "tests/support/settings_guard.h"
@@ -60,6 +64,8 @@ class GenHtml : public testing::Test {
   TemporaryFolder folder;
   TimeZone utc;
 };
+
+using GenHtmlDeathTest = GenHtml;
 
 TEST_F(GenHtml, ReportsEveryPassOfOneFileThenTheIndex) {
   write_file("a.f90", "x\n");
@@ -218,6 +224,37 @@ TEST_F(GenHtml, TheSameRunTwiceGivesTheSamePages) {
     run(files);
     expect_page(page_a, "a.f90", content);
   }
+}
+
+// The third run has whatever is kept from one run to the next. A block that is
+// lost in each run takes at least 16 bytes.
+TEST_F(GenHtml, AHundredRunsTakeNoMoreMemoryThanThree) {
+  write_file("a.f90", "subroutine s\nx = t(\"s\") ! s\nend subroutine s\n");
+  write_file("b.f90", "interface s\nend\nfunction t\ncall s & \n()\nend\n");
+  FileList files({"a.f90", "b.f90", "missing.f90"});
+  std::size_t after_three = 0;
+  for (int runs = 1; runs <= 100; ++runs) {
+    progress_reports.clear();
+    run(files);
+    if (runs == 3) after_three = heap_in_use();
+  }
+  EXPECT_GT(after_three + 97 * 16, heap_in_use());
+}
+
+// What is freed is overwritten, so whoever uses it then breaks down. Small
+// blocks are not: the references take more than that.
+TEST_F(GenHtmlDeathTest, TheUnitsOfTheLastRunMayOutliveTheRunsTillTheEnd) {
+  std::string text = "subroutine s\n";
+  for (int i = 0; i < 1000; ++i) text += "call s\n";
+  write_file("a.f90", text);
+  FileList files({"a.f90"});
+  EXPECT_EXIT(
+      {
+        mallopt(M_PERTURB, 0xa5);
+        run(files);
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "");
 }
 
 // Both units stand on line 1 of the same path, but in two slots; the page that
