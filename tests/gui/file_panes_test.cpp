@@ -299,6 +299,15 @@ TEST_F(MoveFiles, NothingSelectedAddsNothingAndKeepsTheButtonInactive) {
   EXPECT_FALSE(can_generate());
 }
 
+TEST_F(MoveFiles, NothingSelectedListsTheDirectoryAnew) {
+  write_file("d", "");
+  add({});
+  EXPECT_EQ((Texts{"@b.", "@b..", "@bsub", "a", "b", "c", "d"}), potential());
+  fs::remove("a");
+  remove({});
+  EXPECT_EQ((Texts{"@b.", "@b..", "@bsub", "b", "c", "d"}), potential());
+}
+
 TEST_F(MoveFiles, SamePathIsNeverAddedTwice) {
   ui.selected_files->add(path_of("a").c_str());
   ASSERT_EQ("a", potential()[3]);
