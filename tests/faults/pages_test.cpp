@@ -75,6 +75,17 @@ TEST_F(PagesDeathTest, ALinkIntoAMissingDirectoryAsPageStopsTheRun) {
   EXPECT_FALSE(fs::exists("nowhere"));
 }
 
+TEST_F(PagesDeathTest, APageThatCannotBeCreatedIsNotReported) {
+  verbose = 1;
+  fs::create_directory("HTML/" + page_b);
+  EXPECT_EQ(
+      "END OF FILE\nEND OF FILE\n"
+      "Generating XREF for a.f90...OK\n"
+      "Generating XREF for b.f90...OK\n"
+      "Generating HTML for a.f90...OK\n",
+      printed([this] { expect_stop(); }));
+}
+
 // The page's name is the source's with a number and a longer extension.
 TEST_F(PagesDeathTest, ASourceWhoseNameLeavesNoRoomForTheNumberStopsTheRun) {
   const std::string name = std::string(251, 'n') + ".f90";
