@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <clocale>
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "tests/support/alone.h"
+#include "tests/support/heap_in_use.h"
 #include "tests/support/latin_1_locale.h"
 #include "tests/support/temporary_folder.h"
 
@@ -96,6 +98,18 @@ TEST_F(ListDirectory, NamesMayBeAsLongAsTheSystemAllows) {
   EXPECT_EQ((Names{".", "..", name}), list_directory("./"));
   EXPECT_EQ((Names{".", "..", "x"}),
             list_directory((name + "/" + name).c_str()));
+}
+
+// One block that each listing loses takes at least 16 bytes.
+TEST_F(ListDirectory, GivesBackTheMemoryOfTheListing) {
+  const std::size_t lost_by_each = 100 * 16;
+  fs::create_directory("empty");
+  for (const char* path : {"empty", "missing"}) {
+    for (int i = 0; i < 100; ++i) list_directory(path);
+    const std::size_t before = heap_in_use();
+    for (int i = 0; i < 100; ++i) list_directory(path);
+    EXPECT_GT(before + lost_by_each, heap_in_use()) << path;
+  }
 }
 
 using IsDirectory = ListDirectory;
