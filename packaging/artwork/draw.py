@@ -1,15 +1,17 @@
 #!/usr/bin/env python3
 """Draws Zelkor's artwork: the logo of the About box and the desktop's icons.
 
-usage: draw.py DIRECTORY
+usage: draw.py DIRECTORY [NAME...]
 
 Writes logo.xpm (180 x 108 pixels, 5714 colours, 2 characters per pixel),
-zelkor.svg and zelkor-SIZE.png for the usual icon sizes. All come from one
-scene: a page of source whose lines are linked by the stroke of a Z. The XPM and
-the SVG are the same bytes on every machine; the PNGs hold the same pixels, but
-their bytes depend on the version of zlib that packs them.
+zelkor.svg and zelkor-SIZE.png for the usual icon sizes, or those that are
+named. All come from one scene: a page of source whose lines are linked by the
+stroke of a Z. The XPM and the SVG are the same bytes on every machine; the PNGs
+hold the same pixels, but their bytes depend on the version of zlib that packs
+them.
 """
 
+import functools
 import math
 import os
 import random
@@ -191,6 +193,10 @@ def xpm(rows, name):
     return f'/* XPM */\nconst char* const {name}[] = {{\n{body}\n}};\n'
 
 
+def logo():
+    return xpm(with_colours(logo_pixels(), LOGO_COLOURS), 'logo_rows')
+
+
 def svg():
     parts, fills = [], []
     for i, shape in enumerate(EMBLEM):
@@ -230,16 +236,15 @@ def png(size):
 def main():
     directory = sys.argv[1]
     os.makedirs(directory, exist_ok=True)
-
-    def write(name, content):
+    drawings = {
+        'logo.xpm': lambda: logo().encode('ascii'),
+        'zelkor.svg': lambda: svg().encode('ascii'),
+        **{f'zelkor-{size}.png': functools.partial(png, size)
+           for size in ICON_SIZES},
+    }
+    for name in sys.argv[2:] or drawings:
         with open(os.path.join(directory, name), 'wb') as file:
-            file.write(content)
-
-    rows = with_colours(logo_pixels(), LOGO_COLOURS)
-    write('logo.xpm', xpm(rows, 'logo_rows').encode('ascii'))
-    write('zelkor.svg', svg().encode('ascii'))
-    for size in ICON_SIZES:
-        write(f'zelkor-{size}.png', png(size))
+            file.write(drawings[name]())
 
 
 if __name__ == '__main__':

@@ -3,7 +3,7 @@
 #include <FL/Fl_Pixmap.H>
 #include <gtest/gtest.h>
 
-#include <filesystem>
+#include <map>
 #include <set>
 #include <sstream>
 #include <string>
@@ -11,6 +11,7 @@
 
 #include "tests/support/capture.h"
 #include "tests/support/program.h"
+#include "tests/support/same_picture.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {
@@ -21,9 +22,9 @@ const std::size_t width = 180;
 const std::size_t height = 108;
 const std::size_t colours = 5714;
 
-// The quoted rows of the picture's file.
-std::vector<std::string> rows_of_file() {
-  std::istringstream file(content_of(artwork + "/logo.xpm"));
+// The quoted rows of a picture's file.
+std::vector<std::string> rows_of(const std::string& path) {
+  std::istringstream file(content_of(path));
   std::vector<std::string> rows;
   for (std::string line; std::getline(file, line);) {
     const std::size_t begin = line.find('"');
@@ -34,6 +35,19 @@ std::vector<std::string> rows_of_file() {
   return rows;
 }
 
+Pixels pixels_of(const std::vector<std::string>& rows) {
+  std::map<std::string, unsigned long> colour_of;
+  Pixels pixels{width, {}};
+  for (std::size_t i = 1; i < rows.size(); ++i)
+    if (i <= colours)
+      colour_of[rows[i].substr(0, 2)] =
+          std::stoul(rows[i].substr(6), nullptr, 16);
+    else
+      for (std::size_t j = 0; j < rows[i].size(); j += 2)
+        pixels.colours.push_back(colour_of[rows[i].substr(j, 2)]);
+  return pixels;
+}
+
 class Logo : public testing::Test {
  protected:
   void SetUp() override {
@@ -42,7 +56,7 @@ class Logo : public testing::Test {
       (i == 0 ? head : i <= colours ? palette : picture).push_back(rows[i]);
   }
 
-  const std::vector<std::string> rows = rows_of_file();
+  const std::vector<std::string> rows = rows_of(artwork + "/logo.xpm");
   std::vector<std::string> head, palette, picture;
 };
 
@@ -102,12 +116,14 @@ bool python3_is_there() {
 TEST_F(Logo, IsDrawnAgainByteForByte) {
   const TemporaryFolder folder;
   if (!python3_is_there()) GTEST_SKIP() << "no python3";
-  Program program({"python3", artwork + "/draw.py", "drawn"}, "output",
-                  "errors");
+  Program program(
+      {"python3", artwork + "/draw.py", ".", "logo.xpm", "zelkor.svg"},
+      "output", "errors");
   ASSERT_EQ(0, program.wait()) << content_of("errors");
-  for (const std::string name : {"logo.xpm", "zelkor.svg"})
-    EXPECT_TRUE(content_of(artwork + "/" + name) == content_of("drawn/" + name))
-        << name;
+  EXPECT_PRED_FORMAT2(same_picture, pixels_of(rows),
+                      pixels_of(rows_of("logo.xpm")));
+  EXPECT_TRUE(content_of(artwork + "/logo.xpm") == content_of("logo.xpm"));
+  EXPECT_EQ(content_of(artwork + "/zelkor.svg"), content_of("zelkor.svg"));
 }
 
 }  // namespace
