@@ -307,7 +307,8 @@ TEST_F(About, PictureIsOnScreen) {
       fl_color(FL_RED);
       fl_rectf(0, 0, 20, 10);
     });
-    EXPECT_EQ(red, shown(*dialog.work_area(), 200, 10, 20, 10));
+    EXPECT_PRED_FORMAT2(same_picture, red,
+                        shown(*dialog.work_area(), 200, 10, 20, 10));
   });
 }
 

@@ -6,34 +6,34 @@
 
 #include <stdexcept>
 
-static Pixels pixels_of(Drawable drawable, int x, int y, int w, int h) {
+static Pixels picture_of(Drawable drawable, int x, int y, int w, int h) {
   XSync(fl_display, False);
   XImage* image =
       XGetImage(fl_display, drawable, x, y, static_cast<unsigned>(w),
                 static_cast<unsigned>(h), AllPlanes, ZPixmap);
   if (image == nullptr) throw std::runtime_error("no picture");
-  Pixels pixels;
+  Pixels result{static_cast<std::size_t>(w), {}};
   for (int row = 0; row < h; ++row)
     for (int column = 0; column < w; ++column)
-      pixels.push_back(XGetPixel(image, column, row));
+      result.colours.push_back(XGetPixel(image, column, row));
   XDestroyImage(image);
-  return pixels;
+  return result;
 }
 
 Pixels drawn(int w, int h, Fl_Color background,
              const std::function<void()>& calls) {
   Fl::first_window()->make_current();
-  const Fl_Offscreen picture = fl_create_offscreen(w, h);
-  fl_begin_offscreen(picture);
+  const Fl_Offscreen offscreen = fl_create_offscreen(w, h);
+  fl_begin_offscreen(offscreen);
   fl_color(background);
   fl_rectf(0, 0, w, h);
   calls();
   fl_end_offscreen();
-  Pixels pixels = pixels_of(picture, 0, 0, w, h);
-  fl_delete_offscreen(picture);
-  return pixels;
+  Pixels result = picture_of(offscreen, 0, 0, w, h);
+  fl_delete_offscreen(offscreen);
+  return result;
 }
 
 Pixels shown(const Fl_Window& window, int x, int y, int w, int h) {
-  return pixels_of(fl_xid(&window), x, y, w, h);
+  return picture_of(fl_xid(&window), x, y, w, h);
 }

@@ -7,10 +7,8 @@
 #include <FL/Fl_Window.H>
 
 #include <functional>
-#include <vector>
 
-/// Row by row.
-using Pixels = std::vector<unsigned long>;
+#include "tests/support/same_picture.h"
 
 /// What drawing calls leave in a picture that is filled with a colour before.
 /// A window must have been shown.

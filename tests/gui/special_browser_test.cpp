@@ -207,12 +207,14 @@ TEST_F(SpecialBrowserDrawing, HeadingInBoldAboveTheIndentedName) {
   };
   for (const auto& c : cases) {
     fill({c.text});
-    EXPECT_EQ(drawn(w, h, background,
-                    [&] {
-                      draw_text(c.heading, 0, 0, w, 20, 1, 14, FL_BLACK);
-                      draw_text(c.name, 0, 20, w, 20, 0, 14, FL_BLACK);
-                    }),
-              line(1))
+    EXPECT_PRED_FORMAT2(
+        same_picture,
+        drawn(w, h, background,
+              [&] {
+                draw_text(c.heading, 0, 0, w, 20, 1, 14, FL_BLACK);
+                draw_text(c.name, 0, 20, w, 20, 0, 14, FL_BLACK);
+              }),
+        line(1))
         << c.text;
   }
 }
@@ -229,9 +231,11 @@ TEST_F(SpecialBrowserDrawing, PicturesDifferWhereTheyShould) {
 
 TEST_F(SpecialBrowserDrawing, LineWithinAGroupShowsTheNameInItsWholeHeight) {
   fill({"/src/a.f90", "/src/b.f90", "c"});
-  EXPECT_EQ(drawn(w, h, background,
-                  [] { draw_text("  b.f90", 0, 0, w, h, 0, 14, FL_BLACK); }),
-            line(2));
+  EXPECT_PRED_FORMAT2(
+      same_picture,
+      drawn(w, h, background,
+            [] { draw_text("  b.f90", 0, 0, w, h, 0, 14, FL_BLACK); }),
+      line(2));
 }
 
 TEST_F(SpecialBrowserDrawing, EveryChangeOfDirectoryShowsAHeading) {
@@ -239,12 +243,14 @@ TEST_F(SpecialBrowserDrawing, EveryChangeOfDirectoryShowsAHeading) {
   const char* headings[] = {"a/", "b/", "a/"};
   const char* names[] = {"  x", "  y", "  z"};
   for (int i = 0; i < 3; ++i)
-    EXPECT_EQ(drawn(w, h, background,
-                    [&] {
-                      draw_text(headings[i], 0, 0, w, 20, 1, 14, FL_BLACK);
-                      draw_text(names[i], 0, 20, w, 20, 0, 14, FL_BLACK);
-                    }),
-              line(i + 1));
+    EXPECT_PRED_FORMAT2(
+        same_picture,
+        drawn(w, h, background,
+              [&] {
+                draw_text(headings[i], 0, 0, w, 20, 1, 14, FL_BLACK);
+                draw_text(names[i], 0, 20, w, 20, 0, 14, FL_BLACK);
+              }),
+        line(i + 1));
 }
 
 TEST_F(SpecialBrowserDrawing, FollowsTheListsFontSizeAndColour) {
@@ -263,13 +269,14 @@ TEST_F(SpecialBrowserDrawing, FollowsTheListsFontSizeAndColour) {
     list.textsize(static_cast<uchar>(c.size));
     list.textcolor(static_cast<unsigned>(c.color));
     const auto color = static_cast<Fl_Color>(c.color);
-    EXPECT_EQ(drawn(w, h, background,
-                    [&] {
-                      draw_text("/src/", 0, 0, w, 20, c.bold, c.size, color);
-                      draw_text("  main.f90", 0, 20, w, 20, c.font, c.size,
-                                color);
-                    }),
-              line(1))
+    EXPECT_PRED_FORMAT2(
+        same_picture,
+        drawn(w, h, background,
+              [&] {
+                draw_text("/src/", 0, 0, w, 20, c.bold, c.size, color);
+                draw_text("  main.f90", 0, 20, w, 20, c.font, c.size, color);
+              }),
+        line(1))
         << "font " << c.font;
   }
 }
@@ -283,15 +290,19 @@ TEST_F(SpecialBrowserDrawing, SelectedNameContrastsButItsHeadingDoesNot) {
   const Fl_Color contrast = fl_contrast(FL_BLACK, static_cast<Fl_Color>(176));
   ASSERT_EQ(FL_WHITE, contrast);
   const auto dark_blue = static_cast<Fl_Color>(176);
-  EXPECT_EQ(drawn(w, h, dark_blue,
-                  [&] {
-                    draw_text("/src/", 0, 0, w, 20, 1, 14, FL_BLACK);
-                    draw_text("  a.f90", 0, 20, w, 20, 0, 14, contrast);
-                  }),
-            drawn(w, h, dark_blue, [&] { list.draw_line(1, 0, 0, w, h); }));
-  EXPECT_EQ(drawn(w, h, dark_blue,
-                  [&] { draw_text("  b.f90", 0, 0, w, h, 0, 14, contrast); }),
-            drawn(w, h, dark_blue, [&] { list.draw_line(2, 0, 0, w, h); }));
+  EXPECT_PRED_FORMAT2(
+      same_picture,
+      drawn(w, h, dark_blue,
+            [&] {
+              draw_text("/src/", 0, 0, w, 20, 1, 14, FL_BLACK);
+              draw_text("  a.f90", 0, 20, w, 20, 0, 14, contrast);
+            }),
+      drawn(w, h, dark_blue, [&] { list.draw_line(1, 0, 0, w, h); }));
+  EXPECT_PRED_FORMAT2(
+      same_picture,
+      drawn(w, h, dark_blue,
+            [&] { draw_text("  b.f90", 0, 0, w, h, 0, 14, contrast); }),
+      drawn(w, h, dark_blue, [&] { list.draw_line(2, 0, 0, w, h); }));
 }
 
 TEST_F(SpecialBrowserDrawing, OnlySelectedNamesContrast) {
@@ -301,7 +312,8 @@ TEST_F(SpecialBrowserDrawing, OnlySelectedNamesContrast) {
   const char* names[] = {"  a.f90", "  b.f90", "  c.f90"};
   const auto color_of = [](int i) { return i == 1 ? FL_WHITE : FL_BLACK; };
   for (int i = 1; i < 3; ++i)
-    EXPECT_EQ(
+    EXPECT_PRED_FORMAT2(
+        same_picture,
         drawn(w, h, FL_RED,
               [&] { draw_text(names[i], 0, 0, w, h, 0, 14, color_of(i)); }),
         drawn(w, h, FL_RED, [&] { list.draw_line(i + 1, 0, 0, w, h); }));
@@ -311,7 +323,8 @@ TEST_F(SpecialBrowserDrawing, OfAnOddHeightTheHeadingTakesTheSmallerHalf) {
   fill({"/src/a.f90"});
   for (const int height : {31, 33, 1, 0}) {
     const int upper = height / 2;
-    EXPECT_EQ(
+    EXPECT_PRED_FORMAT2(
+        same_picture,
         drawn(w, h, background,
               [&] {
                 draw_text("/src/", 0, 0, w, upper, 1, 14, FL_BLACK);
@@ -325,12 +338,14 @@ TEST_F(SpecialBrowserDrawing, OfAnOddHeightTheHeadingTakesTheSmallerHalf) {
 
 TEST_F(SpecialBrowserDrawing, OneOddHeightWorkedOut) {
   fill({"/src/a.f90"});
-  EXPECT_EQ(drawn(w, h, background,
-                  [] {
-                    draw_text("/src/", 5, 2, w, 15, 1, 14, FL_BLACK);
-                    draw_text("  a.f90", 5, 17, w, 16, 0, 14, FL_BLACK);
-                  }),
-            drawn(w, h, background, [&] { list.draw_line(1, 5, 2, w, 31); }));
+  EXPECT_PRED_FORMAT2(
+      same_picture,
+      drawn(w, h, background,
+            [] {
+              draw_text("/src/", 5, 2, w, 15, 1, 14, FL_BLACK);
+              draw_text("  a.f90", 5, 17, w, 16, 0, 14, FL_BLACK);
+            }),
+      drawn(w, h, background, [&] { list.draw_line(1, 5, 2, w, 31); }));
 }
 
 TEST_F(SpecialBrowserDrawing, StaysThreePixelsInsideItsRectangle) {
@@ -342,7 +357,7 @@ TEST_F(SpecialBrowserDrawing, StaysThreePixelsInsideItsRectangle) {
   for (int y = 0; y < h; ++y)
     for (int x = 0; x < w; ++x) {
       const auto i = static_cast<std::size_t>(y * w + x);
-      const bool marked = picture[i] != blank[i];
+      const bool marked = picture.colours[i] != blank.colours[i];
       if (x < 23 || x >= 117 || y < 4 || y >= 36)
         EXPECT_FALSE(marked) << x << ", " << y;
       else
@@ -356,13 +371,14 @@ TEST_F(SpecialBrowserDrawing, LongTextIsClippedToTheHalves) {
   const std::string name(60, 'g');
   fill({heading + name});
   list.textsize(30);  // higher than its half, too
-  EXPECT_EQ(drawn(w, h, background,
-                  [&] {
-                    draw_text(heading.c_str(), 0, 0, w, 20, 1, 30, FL_BLACK);
-                    draw_text(("  " + name).c_str(), 0, 20, w, 20, 0, 30,
-                              FL_BLACK);
-                  }),
-            line(1));
+  EXPECT_PRED_FORMAT2(
+      same_picture,
+      drawn(w, h, background,
+            [&] {
+              draw_text(heading.c_str(), 0, 0, w, 20, 1, 30, FL_BLACK);
+              draw_text(("  " + name).c_str(), 0, 20, w, 20, 0, 30, FL_BLACK);
+            }),
+      line(1));
 }
 
 // What contrasts is the colour itself when it is far enough from the selection
@@ -383,20 +399,21 @@ TEST_F(SpecialBrowserDrawing, SpecialLineDrawsInTheGivenManner) {
                                FL_ALIGN_TOP_LEFT, FL_ALIGN_BOTTOM})
     for (const auto& c : colors)
       for (const char* text : {"Text", "a@-> b", ""})
-        EXPECT_EQ(drawn(w, h, background,
-                        [&] {
-                          fl_font(FL_COURIER, 12);
-                          fl_color(c.drawn);
-                          fl_draw(text, 13, 5, 94, 30,
-                                  static_cast<Fl_Align>(align | FL_ALIGN_CLIP),
-                                  nullptr, 1);
-                        }),
-                  drawn(w, h, background,
-                        [&] {
-                          draw_special_line(text, c.selected, 10, 5, 100, 30,
-                                            12, FL_COURIER, c.color, dark_blue,
-                                            align);
-                        }))
+        EXPECT_PRED_FORMAT2(
+            same_picture,
+            drawn(w, h, background,
+                  [&] {
+                    fl_font(FL_COURIER, 12);
+                    fl_color(c.drawn);
+                    fl_draw(text, 13, 5, 94, 30,
+                            static_cast<Fl_Align>(align | FL_ALIGN_CLIP),
+                            nullptr, 1);
+                  }),
+            drawn(w, h, background,
+                  [&] {
+                    draw_special_line(text, c.selected, 10, 5, 100, 30, 12,
+                                      FL_COURIER, c.color, dark_blue, align);
+                  }))
             << text << " aligned " << align << " in color " << c.color
             << " selected " << c.selected;
 }
@@ -412,15 +429,16 @@ TEST_F(SpecialBrowserDrawing, ListOnScreenShowsItsGroups) {
     draw_text(text, 0, lines_above * line_height, width, line_height, font, 14,
               FL_BLACK);
   };
-  EXPECT_EQ(drawn(width, height, list.color(),
-                  [&] {
-                    text_at("/src/", 0, 1);
-                    text_at("  a.f90", 1, 0);
-                    text_at("  b.f90", 2, 0);
-                    text_at("/lib/", 3, 1);
-                    text_at("  c.f90", 4, 0);
-                  }),
-            shown(window, x, y, width, height));
+  EXPECT_PRED_FORMAT2(same_picture,
+                      drawn(width, height, list.color(),
+                            [&] {
+                              text_at("/src/", 0, 1);
+                              text_at("  a.f90", 1, 0);
+                              text_at("  b.f90", 2, 0);
+                              text_at("/lib/", 3, 1);
+                              text_at("  c.f90", 4, 0);
+                            }),
+                      shown(window, x, y, width, height));
 }
 
 // --- in the main window ---
