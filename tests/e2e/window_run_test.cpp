@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <map>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -20,6 +19,8 @@
 #include "gui/label_types.h"
 #include "tests/support/capture.h"
 #include "tests/support/program.h"
+#include "tests/support/program_window.h"
+#include "tests/support/same_picture.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/virtual_display.h"
 #include "tests/support/wait_until.h"
@@ -36,24 +37,22 @@ const int status_y = 337;
 const int status_width = 414;
 const int status_height = 20;
 
-using Pixels = std::vector<unsigned long>;
-
 // What the status line of a window shows; nothing while that is not on screen.
-Pixels status_pixels(Window window) {
+Pixels status_picture(Window window) {
   XImage* image = XGetImage(fl_display, window, status_x, status_y,
                             status_width, status_height, AllPlanes, ZPixmap);
   if (image == nullptr) return {};
-  Pixels pixels;
+  Pixels picture{status_width, {}};
   for (int y = 0; y < status_height; ++y)
     for (int x = 0; x < status_width; ++x)
-      pixels.push_back(XGetPixel(image, x, y));
+      picture.colours.push_back(XGetPixel(image, x, y));
   XDestroyImage(image);
-  return pixels;
+  return picture;
 }
 
 // What the status line looks like when it shows a text, drawn by the toolkit in
 // a window of this process, apart from the program's own.
-Pixels pixels_of_status(const std::string& text) {
+Pixels picture_of_status(const std::string& text) {
   Fl_Window window(600, 500, 529, 363);
   window.color(static_cast<Fl_Color>(48));
   Fl_Box box(status_x, status_y, status_width, status_height, text.c_str());
@@ -66,19 +65,10 @@ Pixels pixels_of_status(const std::string& text) {
   window.show();
   while (window.damage() != 0) Fl::wait(0.02);
   XSync(fl_display, False);
-  Pixels pixels = status_pixels(fl_xid(&window));
+  Pixels picture = status_picture(fl_xid(&window));
   window.hide();
   Fl::check();
-  return pixels;
-}
-
-// xdotool may report a step that came too early; the conditions that tests wait
-// for tell whether the steps had their effect.
-std::string xdotool(const std::string& step) {
-  Program program({"sh", "-c", "xdotool " + step}, "xdotool.out",
-                  "xdotool.err");
-  program.wait();
-  return content_of("xdotool.out");
+  return picture;
 }
 
 // The texts of the files of a folder, by name.
@@ -114,43 +104,38 @@ class WindowRun : public testing::Test {
   void start(std::vector<std::string> words) {
     words.insert(words.begin(), ZELKOR_PROGRAM);
     program = std::make_unique<Program>(words, "output", "errors");
-    window = std::stoul(
-        xdotool("search --sync --onlyvisible --name '^Zelkor  [0-9.]*$'"));
-    ASSERT_TRUE(
-        shows_status("F1: handbook. Copyright (C) Qumbra " + build_year()));
+    ASSERT_TRUE(window.wait_for(*program));
+    wait_for_status("F1: handbook. Copyright (C) Qumbra " + build_year());
   }
 
-  bool shows_status(const std::string& text) {
-    const Pixels expected = pixels_of_status(text);
-    return wait_until([&] { return status_pixels(window) == expected; });
+  void wait_for_status(const std::string& text) {
+    const Pixels expected = picture_of_status(text);
+    Pixels shown;
+    wait_until([&] {
+      shown = status_picture(window.id());
+      return shown == expected;
+    });
+    ASSERT_PRED_FORMAT2(same_picture, expected, shown);
   }
-
-  void click(int x, int y) {
-    std::ostringstream step;
-    step << "mousemove --window " << window << ' ' << x << ' ' << y
-         << " click 1";
-    xdotool(step.str());
-  }
-
-  void press_keys(const std::string& keys) { xdotool("key " + keys); }
 
   TemporaryFolder folder;
   VirtualDisplay display;
+  ProgramWindow window;
   std::unique_ptr<Program> program;
-  Window window = 0;
 };
 
 TEST_F(WindowRun, WritesTheExpectedPagesAndReports) {
   fs::create_directory("pages");
   start({"-r", "-e", "f90", "-v", "1"});
 
-  click(480, 72);  // italic
-  click(395, 62);  // the Level choice, at "None"
-  press_keys("Down Return");
-  click(150, 77);  // the output directory
-  xdotool("type pages");
-  click(115, 25);  // Generate HTML
-  EXPECT_TRUE(shows_status("HTML complete!"));
+  window.click(480, 72);  // italic
+  window.click(395, 62);  // the Level choice, at "None"
+  window.press_key("Down");
+  window.press_key("Return");
+  window.click(150, 77);  // the output directory
+  window.type("pages");
+  window.click(115, 25);  // Generate HTML
+  wait_for_status("HTML complete!");
 
   const auto pages = folder_content("pages");
   const auto expected =
@@ -164,7 +149,7 @@ TEST_F(WindowRun, WritesTheExpectedPagesAndReports) {
             content_of("output"));
   EXPECT_EQ("", errors_in("errors"));
 
-  press_keys("Escape");
+  window.press_key("Escape");
   EXPECT_EQ(0, program->wait());
 }
 

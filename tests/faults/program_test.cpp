@@ -91,6 +91,7 @@ class ProgramRun : public testing::Test {
 
   // The same, and waits for its window.
   void start(const Words& arguments, const std::string& streams = "") {
+    window->pass_over_present();
     launch(arguments, streams);
     ASSERT_TRUE(window->wait_for(*program)) << errors();
   }

@@ -25,6 +25,7 @@
 #include "tests/support/capture.h"
 #include "tests/support/environment.h"
 #include "tests/support/program.h"
+#include "tests/support/program_window.h"
 #include "tests/support/script.h"
 #include "tests/support/wait_until.h"
 
@@ -313,12 +314,9 @@ class InstalledProgram : public testing::Test {
                                  "QUMBRA_HOME=" + qumbra_home,
                                  folder.path() / started_as},
         "output", "errors");
-    run("xdotool search --sync --onlyvisible --name '^Zelkor  [0-9.]*$'"
-        " mousemove --window %1 250 350 key F1");
-  }
-  static void run(const std::string& command) {
-    Program step({"sh", "-c", command}, "step.out", "step.err");
-    step.wait();
+    ASSERT_TRUE(window.wait_for(*program));
+    window.click(265, 230);
+    window.press_key("F1");
   }
   std::string address(const std::string& path) const {
     return words_of("file://" + folder.path().string() + "/" + path);
@@ -333,6 +331,7 @@ class InstalledProgram : public testing::Test {
   std::string browser;
   fs::path started_as = "prefix/bin/zelkor";
   TemporaryFolder folder;
+  ProgramWindow window;
   std::unique_ptr<Program> program;
 };
 
@@ -347,7 +346,7 @@ TEST_F(InstalledProgram, StaysUsableAfterF1) {
   press_f1("/nowhere");
   EXPECT_EQ(address(own), words());
   EXPECT_TRUE(program->running());
-  run("xdotool key Escape");
+  window.press_key("Escape");
   ASSERT_TRUE(wait_until([this] { return !program->running(); }));
   EXPECT_EQ(0, program->wait());
 }

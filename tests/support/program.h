@@ -19,6 +19,8 @@ class Program {
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
+  pid_t id() const { return process; }
+
   bool running();
 
   /// Waits for the end. Returns the exit status, or minus the number of the

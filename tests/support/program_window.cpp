@@ -2,20 +2,47 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 // Xlib's macros would spoil the headers above if it came first.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
+#include "tests/support/capture.h"
 #include "tests/support/wait_until.h"
 
-static void xdotool(std::vector<std::string> words) {
+namespace {
+
+void xdotool(std::vector<std::string> words) {
   words.insert(words.begin(), "xdotool");
-  Program step(words, "/dev/null", "/dev/null");
-  if (step.wait() != 0) ADD_FAILURE() << "xdotool " << words[1] << " fails";
+  // Not in the working directory, which is the program's.
+  std::FILE* const errors = std::tmpfile();
+  const std::string file = "/dev/fd/" + std::to_string(fileno(errors));
+  Program step(words, "/dev/null", file);
+  if (step.wait() != 0)
+    ADD_FAILURE() << "xdotool " << words[1] << " fails: " << content_of(file);
+  std::fclose(errors);
 }
 
+// A window may go away while it is asked for something.
+class ErrorsIgnored {
+ public:
+  ErrorsIgnored() = default;
+  ~ErrorsIgnored() { XSetErrorHandler(previous); }
+  ErrorsIgnored(const ErrorsIgnored&) = delete;
+  ErrorsIgnored& operator=(const ErrorsIgnored&) = delete;
+
+ private:
+  XErrorHandler previous =
+      XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
+};
+
+}  // namespace
+
 ProgramWindow::ProgramWindow() : connection(XOpenDisplay(nullptr)) {
-  XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
+  XSelectInput(connection, DefaultRootWindow(connection),
+               SubstructureNotifyMask);
+  pass_over_present();
 }
 
 ProgramWindow::~ProgramWindow() { disconnect(); }
@@ -27,32 +54,34 @@ void ProgramWindow::disconnect() {
 
 bool ProgramWindow::wait_for(Program& program) {
   bool found = false;
-  wait_until([&] { return (found = find()) || !program.running(); });
-  return found;
+  bool drawn = false;
+  wait_until([&] {
+    found = found || find();
+    drawn = found && is_drawn();
+    return drawn || !program.running();
+  });
+  return drawn;
 }
 
+// The server gives the number of a window that is gone to a new one, so numbers
+// do not tell old windows; the order of the server's reports does.
+void ProgramWindow::pass_over_present() { XSync(connection, True); }
+
 bool ProgramWindow::find() {
-  Window root = 0;
-  Window parent = 0;
-  Window* windows = nullptr;
-  unsigned int count = 0;
-  XQueryTree(connection, DefaultRootWindow(connection), &root, &parent,
-             &windows, &count);
-  bool found = false;
-  for (unsigned int i = 0; i < count && !found; ++i) {
-    XWindowAttributes attributes{};
-    XGetWindowAttributes(connection, windows[i], &attributes);
+  const ErrorsIgnored ignored;
+  while (XPending(connection) > 0) {
+    XEvent event{};
+    XNextEvent(connection, &event);
     char* name = nullptr;
-    if (attributes.map_state == IsViewable &&
-        XFetchName(connection, windows[i], &name) != 0) {
-      found = true;
-      window = windows[i];
+    if (event.type == MapNotify &&
+        XFetchName(connection, event.xmap.window, &name) != 0) {
+      window = event.xmap.window;
       text = name;
       XFree(name);
+      return true;
     }
   }
-  if (windows != nullptr) XFree(windows);
-  return found;
+  return false;
 }
 
 void ProgramWindow::click(int x, int y) {
@@ -67,6 +96,7 @@ void ProgramWindow::press_key(const std::string& name) {
 }
 
 bool ProgramWindow::is_drawn() const {
+  const ErrorsIgnored ignored;
   XWindowAttributes attributes{};
   if (XGetWindowAttributes(connection, window, &attributes) == 0) return false;
   XImage* image = XGetImage(
@@ -83,6 +113,7 @@ bool ProgramWindow::is_drawn() const {
 
 // Asks a window to close, as a window manager does.
 static void ask_to_close(Display* connection, Window window) {
+  const ErrorsIgnored ignored;
   XEvent event{};
   event.xclient.type = ClientMessage;
   event.xclient.window = window;

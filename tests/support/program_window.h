@@ -10,22 +10,31 @@
 
 struct _XDisplay;  // NOLINT(bugprone-reserved-identifier): Xlib's name
 
-/// The one window on the display that DISPLAY names. Mouse and keys are those
-/// of xdotool.
+/// The first window with a name that comes on the display that DISPLAY names.
+/// Mouse and keys are those of xdotool.
 class ProgramWindow {
  public:
-  /// Connects to the display.
+  /// Connects to the display. Passes over the windows that are there.
   ProgramWindow();
   ~ProgramWindow();
   ProgramWindow(const ProgramWindow&) = delete;
   ProgramWindow& operator=(const ProgramWindow&) = delete;
 
-  /// Waits until the window of a program is on screen. Returns whether it came
-  /// before the program ended.
+  /// Passes over the windows that have come meanwhile: that of a program that
+  /// has ended may still be there. To be called before a further program
+  /// starts.
+  void pass_over_present();
+
+  /// Waits until the window of a program is drawn; what the mouse and the keys
+  /// do before that may get lost. Returns whether it came to that before the
+  /// program ended.
   bool wait_for(Program& program);
 
   /// Its title, once it has been waited for.
   const std::string& title() const { return text; }
+
+  /// Its number on the display, likewise.
+  unsigned long id() const { return window; }
 
   /// Whether it shows anything but one colour.
   bool is_drawn() const;
