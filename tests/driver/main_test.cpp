@@ -4,7 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <linux/close_range.h>
+#include <signal.h>
 #include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <memory>
@@ -16,6 +20,7 @@
 #include "tests/support/capture.h"
 #include "tests/support/program.h"
 #include "tests/support/program_window.h"
+#include "tests/support/script.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/virtual_display.h"
 #include "tests/support/wait_until.h"
@@ -113,6 +118,16 @@ TEST_F(StartUp, TheUsageNamesTheProgramAsItWasCalled) {
   EXPECT_EQ(usage(name), output());
 }
 
+// Nobody reads the pipe, and nothing but the program keeps it from a signal.
+TEST_F(StartUp, HelpThatNobodyReadsEndsTheProgramAsEver) {
+  ASSERT_EQ(0, mkfifo("gone", 0600));
+  start({"--default-signal=PIPE", "sh", "-c",
+         "exec ./zelkor -h 3<>gone >gone 3>&-"},
+        "env");
+  EXPECT_EQ(0, end());
+  EXPECT_EQ("", errors());
+}
+
 // The toolkit's own text: a heading and its fifteen switches.
 bool is_switch_list(const std::string& text) {
   if (text.empty() || text.back() != '\n') return false;
@@ -169,6 +184,7 @@ class StartUpWithDisplay : public StartUp {
 
   // Starts the program and waits for its window.
   bool open(const Words& arguments) {
+    window.pass_over_present();
     start(arguments);
     return is_open();
   }
@@ -334,6 +350,76 @@ TEST_F(StartUpWithDisplay, ARemovedWorkingDirectorySelectsNothing) {
   fs::current_path(folder.path());
   ASSERT_TRUE(is_open());
   expect_nothing_selected();
+}
+
+TEST_F(StartUpWithDisplay, ASecondProgramHasAWindowOfItsOwn) {
+  ASSERT_TRUE(open({}));
+  const std::unique_ptr<Program> first = std::move(program);
+  ASSERT_TRUE(open({}));
+  close();
+  EXPECT_EQ(0, end());
+  EXPECT_TRUE(first->running());
+}
+
+TEST_F(StartUpWithDisplay, AClosedStandardErrorIsNeitherTheDisplayNorAPage) {
+  write_file("a.f90", "x\n");
+  start({"-c", "exec ./zelkor -e f90 2>&-"}, "sh");
+  ASSERT_TRUE(is_open());
+  EXPECT_EQ(
+      "/dev/null",
+      fs::read_symlink("/proc/" + std::to_string(program->id()) + "/fd/2"));
+  EXPECT_EQ(2u, generate().size());
+}
+
+class StartedBrowser : public StartUpWithDisplay {
+ protected:
+  // What a command prints when it is run by a browser that F1 starts. The
+  // options are those of env for the program.
+  std::string told_to(const std::string& command, const Words& options) {
+    write_file("share/doc/zelkor/Zelkor_Handbook.html", "x");
+    const std::string browser =
+        write_script("browser", command + " >told.new\nmv told.new told\n");
+    Words words = options;
+    words.insert(words.end(), {"QUMBRA_HOME=" + folder.path().string(),
+                               "BROWSER=" + quoted(browser), "./zelkor"});
+    fs::remove("told");
+    window.pass_over_present();
+    start(words, "env");
+    EXPECT_TRUE(is_open());
+    window.click(265, 230);
+    window.press_key("F1");
+    EXPECT_TRUE(wait_until([] { return fs::exists("told"); }));
+    close();
+    EXPECT_EQ(0, end());
+    return content_of("told");
+  }
+};
+
+TEST_F(StartedBrowser, HasTheStandardStreamsAlone) {
+  close_range(3, ~0U, CLOSE_RANGE_CLOEXEC);  // those of this process
+  // The last one is that of ls, for the directory.
+  EXPECT_EQ("0\n1\n2\n3\n", told_to("ls /proc/self/fd", {}));
+}
+
+// Bit n - 1 stands for the signal n. The shell ignores SIGINT and SIGQUIT for
+// what it runs in the background.
+TEST_F(StartedBrowser, IgnoresTheSignalsThatTheProgramWasToldToIgnore) {
+  const auto bit = [](int number) { return 1UL << (number - 1); };
+  const auto own = bit(32) - 1;  // those above are the C library's
+  const struct {
+    const char* option;
+    unsigned long ignored;
+  } cases[] = {
+      {"--default-signal", 0},
+      {"--ignore-signal=HUP", bit(SIGHUP)},
+  };
+  for (const auto& c : cases) {
+    const std::string mask = told_to("sed -n 's/SigIgn://p' /proc/self/status",
+                                     {"--default-signal", c.option});
+    EXPECT_EQ(bit(SIGINT) | bit(SIGQUIT) | c.ignored,
+              std::stoul(mask, nullptr, 16) & own)
+        << c.option;
+  }
 }
 
 TEST_F(StartUpWithDisplay, NeverStartsARunByItself) {
