@@ -33,10 +33,11 @@ static void open_standard_streams() {
   close(stream);
 }
 
-// A pipe whose reader is gone takes no more reports; the window stays. Unlike
-// an ignored signal, one that is handled is not so for browsers started here.
+// A pipe whose reader is gone takes no more reports; the window stays. Browsers
+// started here inherit an ignored signal but not a handler, so it is handled,
+// unless it was ignored already.
 static void survive_broken_pipes() {
-  signal(SIGPIPE, [](int) {});
+  if (signal(SIGPIPE, [](int) {}) == SIG_IGN) signal(SIGPIPE, SIG_IGN);
 }
 
 // FLTK 1.4 would prefer a Wayland session to its X server. Other versions do

@@ -412,6 +412,7 @@ TEST_F(StartedBrowser, IgnoresTheSignalsThatTheProgramWasToldToIgnore) {
   } cases[] = {
       {"--default-signal", 0},
       {"--ignore-signal=HUP", bit(SIGHUP)},
+      {"--ignore-signal=PIPE", bit(SIGPIPE)},
   };
   for (const auto& c : cases) {
     const std::string mask = told_to("sed -n 's/SigIgn://p' /proc/self/status",
