@@ -163,16 +163,24 @@ static const char* without_format(const Fl_Browser* list, const char* text) {
   return *text == list->format_char() ? text + 1 : text;
 }
 
+// Whether an event of the right list waits until a message box is answered. As
+// the box closes, further events may reach the window before that one goes on,
+// and none may refill the list: the toolkit still holds its lines.
+static bool list_event_waits = false;
+
 // The message box handles events of its own, but when it is gone the toolkit
 // goes on with the event that it was called for.
 static void drop_from_selection(Fl_Multi_Browser* list, int line,
                                 const char* name) {
   const int event = Fl::e_number;
   const int state = Fl::e_state;
+  const bool waited = list_event_waits;
+  list_event_waits = true;
   fl_message(
       "Dropping the directory '%s' from your selection.\n"
       "Only select that one item if you want to switch to that directory.",
       label_text(name).c_str());
+  list_event_waits = waited;
   Fl::e_number = event;
   Fl::e_state = state;
   Fl_Callback* callback = list->callback();
@@ -214,7 +222,7 @@ static void enter_directory(const DirectoryChange& change) {
 static void make_pending_change(void* /*unused*/) {
   // The event is not over while its callback waits in a message box, and the
   // change would free the items of an open menu.
-  if (Fl::modal() != nullptr)
+  if (Fl::modal() != nullptr || list_event_waits)
     Fl::repeat_timeout(0.05, make_pending_change);
   else
     enter_directory(pending_change);
@@ -230,6 +238,7 @@ static void finish_pending_change() {
 // Within a range of lines, a drag or a key press the toolkit goes on to use the
 // lines of the list after the callback, which must not free them then.
 static bool toolkit_still_reads_lines() {
+  if (list_event_waits) return true;
   switch (Fl::event()) {
     case FL_PUSH:
       return Fl::event_state(FL_SHIFT) != 0;
@@ -266,7 +275,7 @@ void change_dir_click_cb(Fl_Multi_Browser* list, void* ui) {
 
 void change_dir_menu_cb(Fl_Menu_* menu, void* ui) {
   const char* name = menu->text();
-  if (name == nullptr) return;
+  if (name == nullptr || list_event_waits) return;
   Fl::remove_timeout(make_pending_change);
   auto* interface = static_cast<ZelkorUserInterface*>(ui);
   const std::string directory = interface->current_directory;
@@ -287,6 +296,7 @@ static void refill_potential_files(ZelkorUserInterface* ui) {
 }
 
 void add_files_cb(Fl_Button* /*button*/, ZelkorUserInterface* ui) {
+  if (list_event_waits) return;
   finish_pending_change();
   const std::string directory = without_trailing_slash(ui->current_directory);
   std::set<std::string> included = included_paths();
@@ -302,6 +312,7 @@ void add_files_cb(Fl_Button* /*button*/, ZelkorUserInterface* ui) {
 }
 
 void remove_files_cb(Fl_Button* /*button*/, ZelkorUserInterface* ui) {
+  if (list_event_waits) return;
   SpecialBrowser* list = ui->selected_files;
   std::vector<std::string> kept;
   for (int line = 1; line <= list->size(); ++line)

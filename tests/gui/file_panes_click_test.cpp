@@ -1,4 +1,6 @@
 #include <FL/Fl.H>
+#include <FL/Fl_Button.H>
+#include <FL/Fl_Menu_Button.H>
 #include <FL/Fl_Multi_Browser.H>
 #include <gtest/gtest.h>
 
@@ -321,6 +323,31 @@ TEST_F(UserInDirectory, CtrlClickNextToASelectedFileDropsTheDirectory) {
   EXPECT_EQ(Texts{dropping_message("d1")}, boxes.seen());
   EXPECT_EQ(Lines{5}, selection());
   expect_still_here();
+}
+
+// The box is gone, and the list's event has yet to go on.
+TEST_F(UserInDirectory, NothingRefillsTheListAsTheMessageBoxCloses) {
+  click(list(), 5);
+  {
+    bool clicked = false;
+    const ModalWatcher user([&](Fl_Window& box) {
+      if (clicked) return;
+      clicked = true;
+      box.hide();
+      write_file("here/new", "");
+      ui.add_button->do_callback();
+      ui.remove_button->do_callback();
+      ui.dir_menu_button->picked(&ui.dir_menu_button->menu()[0]);
+      list().deselect();
+      click(list(), 4);
+      expect_still_here();
+      EXPECT_EQ(Texts{}, selected());
+      button_of(box, "Close")->do_callback();
+    });
+    click(list(), 3, FL_CTRL);
+    EXPECT_TRUE(clicked);
+  }
+  expect_change_after_event(path_of("here/d2"));
 }
 
 TEST_F(UserInDirectory, CtrlClickNextToTheSelectedLastFileEnters) {
