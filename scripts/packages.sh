@@ -21,6 +21,7 @@ has_header() { "${CXX:-c++}" -E -x c++ - <<<"#include <$1>"; }
 # Whether the system has what a package brings, wherever it came from.
 is_there() {
   case $1 in
+    bubblewrap) command -v bwrap ;;
     cmake) has_cmake ;;
     g++) command -v "${CXX:-c++}" ;;
     fltk) command -v fltk-config ;;
@@ -31,6 +32,7 @@ is_there() {
     locales) [ -e /usr/share/i18n/locales/de_DE ] ;;
     ninja-build) command -v ninja ;;
     nodejs) command -v node ;;
+    x11-xserver-utils) command -v xrefresh ;;
     xvfb) command -v Xvfb ;;
     *) command -v "$1" || dpkg-query -W -f '${db:Status-Status}' "$1" | grep -x installed ;;
   esac >/dev/null 2>&1
@@ -47,6 +49,7 @@ in_words() {
     libbenchmark-dev) echo "Google Benchmark with its headers" ;;
     libgtest-dev) echo "GoogleTest with its headers" ;;
     locales) echo "localedef and the sources of locales (/usr/share/i18n)" ;;
+    x11-xserver-utils) echo "xrefresh" ;;
     xvfb) echo "Xvfb" ;;
     *) echo "$1" ;;
   esac
