@@ -337,7 +337,12 @@ TEST_F(About, TextIsMarkedByTheMouseButPassedOverByTheTabKey) {
         [&] { press_key(dialog, FL_Tab); },
         [&] { press_key(dialog, FL_Tab); },
         [&] { push(text); },
-        [&] { release(text); },
+        [&] {
+          release(text);
+          // A move of the real pointer may have marked text, and the toolkit
+          // lets the first Tab unmark it.
+          text.position(0);
+        },
         [&] { press_key(dialog, FL_Tab); },
         [&] { press_key(dialog, FL_Tab, FL_SHIFT); },
         [&] { click(*button_of(dialog, "okay")); },
