@@ -22,6 +22,7 @@
 #include "driver/version.h"
 #include "gui/help_keys.h"
 #include "gui/special_browser.h"
+#include "gui/toolkit_versions.h"
 #include "gui/user_interface.h"
 
 // Whatever is opened while a standard stream is closed takes its place, and
@@ -97,7 +98,7 @@ int main(int argc, char** argv) {
   ZelkorUserInterface ui;
   const std::unique_ptr<Fl_Window> window(
       ui.make_window("Zelkor  " + version_text(build_date())));
-  window->show();
+  show_with_icon(*window);
   draw_now(*window);
   if (window->shown() == 0) return 0;
   select_files(ui, options);

@@ -25,9 +25,9 @@
 #include "gui/file_panes.h"
 #include "gui/label_text.h"
 #include "gui/label_types.h"
-#include "gui/message_boxes.h"
 #include "gui/progress.h"
 #include "gui/special_browser.h"
+#include "gui/toolkit_versions.h"
 #include "gui/user_interface.h"
 
 static const std::string help_text =

@@ -4,11 +4,11 @@
 usage: draw.py DIRECTORY [NAME...]
 
 Writes logo.xpm (180 x 108 pixels, 5714 colours, 2 characters per pixel),
-zelkor.svg and zelkor-SIZE.png for the usual icon sizes, or those that are
-named. All come from one scene: a page of source whose lines are linked by the
-stroke of a Z. The XPM and the SVG are the same bytes on every machine; the PNGs
-hold the same pixels, but their bytes depend on the version of zlib that packs
-them.
+zelkor.svg, zelkor-SIZE.png for the usual icon sizes and icon.inc, the window's
+icon, or those that are named. All come from one scene: a page of source whose
+lines are linked by the stroke of a Z. All but the PNGs are the same bytes on
+every machine; the PNGs hold the same pixels, but their bytes depend on the
+version of zlib that packs them.
 """
 
 import functools
@@ -22,6 +22,7 @@ import zlib
 LOGO_SIZE = (180, 108)
 LOGO_COLOURS = 5714
 ICON_SIZES = (16, 24, 32, 48, 64, 128, 256)
+WINDOW_ICON_SIZE = 48
 BACKGROUND = (192, 192, 192)  # the About box's own grey
 
 # Shapes stand in a square of 100 x 100 units, later ones above earlier ones.
@@ -213,15 +214,27 @@ def svg():
     return '\n'.join(lines)
 
 
-def png(size):
+def icon_rows(size):
+    """Rows of pixels, each red, green, blue and opacity from 0 to 255."""
     units = 100 / size
-    data = b''
     for row in range(size):
-        data += b'\0'
-        for column in range(size):
-            r, g, b, opacity = pixel(EMBLEM, (column + 0.5) * units,
-                                     (row + 0.5) * units, units, (0, 0, 0, 0))
-            data += bytes((*rounded((r, g, b)), int(opacity * 255 + 0.5)))
+        colours = (pixel(EMBLEM, (column + 0.5) * units, (row + 0.5) * units,
+                         units, (0, 0, 0, 0)) for column in range(size))
+        yield [(*rounded((r, g, b)), int(opacity * 255 + 0.5))
+               for r, g, b, opacity in colours]
+
+
+def icon_inc():
+    """The pixels as elements of an array, each 0xAARRGGBB."""
+    return '\n'.join(
+        ', '.join('0x%02X%02X%02X%02X' % (a, r, g, b) for r, g, b, a in row) + ','
+        for row in icon_rows(WINDOW_ICON_SIZE)) + '\n'
+
+
+def png(size):
+    data = b''
+    for row in icon_rows(size):
+        data += b'\0' + b''.join(map(bytes, row))
 
     def chunk(kind, content):
         checked = kind + content
@@ -239,6 +252,7 @@ def main():
     drawings = {
         'logo.xpm': lambda: logo().encode('ascii'),
         'zelkor.svg': lambda: svg().encode('ascii'),
+        'icon.inc': lambda: icon_inc().encode('ascii'),
         **{f'zelkor-{size}.png': functools.partial(png, size)
            for size in ICON_SIZES},
     }

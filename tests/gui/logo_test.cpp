@@ -117,13 +117,15 @@ TEST_F(Logo, IsDrawnAgainByteForByte) {
   const TemporaryFolder folder;
   if (!python3_is_there()) GTEST_SKIP() << "no python3";
   Program program(
-      {"python3", artwork + "/draw.py", ".", "logo.xpm", "zelkor.svg"},
+      {"python3", artwork + "/draw.py", ".", "logo.xpm", "zelkor.svg",
+       "icon.inc"},
       "output", "errors");
   ASSERT_EQ(0, program.wait()) << content_of("errors");
   EXPECT_PRED_FORMAT2(same_picture, pixels_of(rows),
                       pixels_of(rows_of("logo.xpm")));
   EXPECT_TRUE(content_of(artwork + "/logo.xpm") == content_of("logo.xpm"));
   EXPECT_EQ(content_of(artwork + "/zelkor.svg"), content_of("zelkor.svg"));
+  EXPECT_EQ(content_of(artwork + "/icon.inc"), content_of("icon.inc"));
 }
 
 }  // namespace
