@@ -1,42 +1,70 @@
 #include "analysis/callers.h"
 
-// Records are small and many: in chunks they take less memory. What one run
-// gives back is there for the next. Never destroyed, for the units of the last
-// run are destroyed later than anything that is made here.
-static std::pmr::memory_resource* chunks() {
-  static auto* const memory = new std::pmr::unsynchronized_pool_resource(
-      {/*max_blocks_per_chunk=*/1 << 12, /*largest_required_pool_block=*/64});
-  return memory;
+#include <algorithm>
+
+class Callers::Records {
+ public:
+  void add(const Calling& calling);
+  const std::vector<Calling>& sorted();
+  bool empty() const { return list.empty(); }
+
+ private:
+  std::vector<Calling> list;
+  bool is_sorted = true;
+};
+
+static bool are_equal(const Calling& a, const Calling& b) {
+  return !(a < b) && !(b < a);
 }
 
-const Callers::Records& Callers::shown() const {
-  static const Records none;
-  return records == nullptr ? none : *records;
+void Callers::Records::add(const Calling& calling) {
+  if (list.empty()) {
+    list.push_back(calling);
+    return;
+  }
+  const Calling& last = list.back();
+  if (last.file == calling.file && last.line == calling.line) return;
+  // Repeats are dropped before they make the list grow.
+  if (list.size() == list.capacity() && sorted().size() > list.capacity() / 2)
+    list.reserve(2 * list.capacity());
+  is_sorted = is_sorted && list.back() < calling;
+  list.push_back(calling);
 }
 
-// Most references come in the order of the set.
-static void add_to(Callers::Records& records, const Calling& calling) {
-  records.insert(records.end(), calling);
+const std::vector<Calling>& Callers::Records::sorted() {
+  if (!is_sorted) {
+    std::stable_sort(list.begin(), list.end());
+    list.erase(std::unique(list.begin(), list.end(), are_equal), list.end());
+    is_sorted = true;
+  }
+  return list;
+}
+
+Callers::Callers() = default;
+Callers::~Callers() = default;
+
+const std::vector<Calling>& Callers::sorted() const {
+  static const std::vector<Calling> none;
+  return records == nullptr ? none : records->sorted();
+}
+
+bool Callers::empty() const { return records == nullptr || records->empty(); }
+
+Callers::const_iterator Callers::find(const Calling& calling) const {
+  const auto found = std::lower_bound(begin(), end(), calling);
+  return found != end() && are_equal(*found, calling) ? found : end();
 }
 
 void Callers::insert(const Calling& calling) {
-  if (records == nullptr) {
-    records = std::make_shared<Records>(chunks());
-  } else if (records.use_count() > 1) {
-    if (find(calling) != end()) return;
-    records = std::make_shared<Records>(*records, chunks());
-  }
-  add_to(*records, calling);
+  if (records == nullptr)
+    start_anew();
+  else if (records.use_count() > 1)
+    records = std::make_shared<Records>(*records);
+  records->add(calling);
 }
 
-void Callers::share(Callers& other) {
-  if (other.records == nullptr)
-    other.records = std::make_shared<Records>(chunks());
-  records = other.records;
-}
+void Callers::insert_in_all(const Calling& calling) { records->add(calling); }
 
-bool Callers::insert_in_all(int sets, const Calling& calling) {
-  if (records == nullptr || records.use_count() != sets) return false;
-  add_to(*records, calling);
-  return true;
-}
+void Callers::start_anew() { records = std::make_shared<Records>(); }
+
+void Callers::share(const Callers& other) { records = other.records; }

@@ -5,49 +5,52 @@
 
 #include <cstddef>
 #include <memory>
-#include <memory_resource>
-#include <set>
+#include <vector>
 
 #include "analysis/calling.h"
 
-/// An ordered set of references, without duplicates. Sets that hold the same
-/// may share their records: a name with hundreds of units would otherwise take
-/// hundreds of records for each reference to it. What is added to one set alone
-/// is never seen in another. Unlike those of a std::set, iterators hold only
-/// until something is added.
+/// An ordered set of references, without duplicates; of equal ones it keeps the
+/// first. References come almost in order, so they are appended, and sorted
+/// when the set is read. That takes the paths of all of them. Unlike those of a
+/// std::set, iterators hold only until a reference is added.
 class Callers {
  public:
-  using Records = std::pmr::set<Calling>;
-  using value_type = Records::value_type;
-  using const_iterator = Records::const_iterator;
+  using value_type = Calling;
+  using const_iterator = std::vector<Calling>::const_iterator;
+
+  /// References that several sets may hold.
+  class Records;
 
   /// The empty set.
-  Callers() = default;
+  Callers();
+  ~Callers();
   Callers(const Callers&) = delete;
   Callers& operator=(const Callers&) = delete;
 
-  const_iterator begin() const { return shown().begin(); }
-  const_iterator end() const { return shown().end(); }
-  std::size_t size() const { return shown().size(); }
-  bool empty() const { return shown().empty(); }
-  const_iterator find(const Calling& calling) const {
-    return shown().find(calling);
-  }
+  const_iterator begin() const { return sorted().begin(); }
+  const_iterator end() const { return sorted().end(); }
+  std::size_t size() const { return sorted().size(); }
+  bool empty() const;
+  const_iterator find(const Calling& calling) const;
 
-  /// Adds a reference to this set alone; one that is known already is not added
-  /// again.
+  /// Adds a reference to this set alone.
   void insert(const Calling& calling);
 
-  /// Shares the records of another set, instead of its own, until something is
-  /// added to one of the two alone.
-  void share(Callers& other);
+  /// Adds a reference to this set and to all that hold the same records.
+  void insert_in_all(const Calling& calling);
 
-  /// Adds a reference to this set and all that share with it, if they are so
-  /// many, this one included. Returns false, and adds nothing, if they are not.
-  bool insert_in_all(int sets, const Calling& calling);
+  /// Sorts what was added since the set was last read.
+  void sort() const { sorted(); }
+
+  /// Replaces the references by new, empty records, for others to share().
+  void start_anew();
+
+  /// Replaces the references by the records of another set. The two stay the
+  /// same until a reference is added to one of them alone.
+  void share(const Callers& other);
 
  private:
-  const Records& shown() const;
+  const std::vector<Calling>& sorted() const;
 
   std::shared_ptr<Records> records;  // null: none
 };

@@ -1,22 +1,15 @@
-// A reference is any word that names a unit, keywords and comments included.
-// Physical lines are scanned one by one, continued or not.
+// Every word that names a unit is a reference to it, keywords and comments
+// included, but on the line that declares the unit. Physical lines are scanned
+// one by one, continued or not.
 
 #include "analysis/calls.h"
 
 #include <cstdio>
 
-#include "analysis/declarations.h"
+#include "analysis/name_index.h"
 #include "analysis/source_lines.h"
 #include "analysis/words.h"
 #include "driver/settings.h"
-
-static void record_reference(const char* word, char** file, int line_number) {
-  int self = 0;
-  int count = 0;
-  const auto first = isDeclaration(word, file, line_number, self, count);
-  if (self != 0) return;
-  Declaration::add_calling_to_all(first, count, file, line_number);
-}
 
 void gather_calls(char** file, bool fixed_form) {
   SourceLines source(*file, fixed_form);
@@ -26,17 +19,20 @@ void gather_calls(char** file, bool fixed_form) {
     std::fflush(stdout);
   }
 
-  while (source.next()) {
-    for (Word word; next_word(source.scanned(), word);) {
-      if (!may_be_declared(word.hash)) continue;
-      char text[word_size];
-      copy_word(source.scanned(), word, text);
-      record_reference(text, file, source.number());
+  const NameIndex& names = NameIndex::current();
+  while (source.next())
+    for (Word word; find_next(source.scanned(), word);) {
+      const Meaning meaning = names.look_up(word, file, source.number());
+      if (meaning.is_reference())
+        add_calling(*meaning.units, {file, source.number()});
     }
-  }
 
   if (verbose > 0) {
     std::puts("OK");
     std::fflush(stdout);
   }
+}
+
+void sort_references() {
+  for (const auto& entry : Declaration::decs) entry.second->callers.sort();
 }

@@ -1,6 +1,5 @@
 #include "analysis/words.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "driver/settings.h"
@@ -28,24 +27,18 @@ char* file_part(char** file) {
   return last_slash == nullptr ? *file : last_slash + 1;
 }
 
-NameHash hash_of(const char* name) {
+NameHash hash_of(std::string_view name) {
   NameHash hash = 0;
-  for (int i = 0; i < word_size - 1 && name[i] != '\0'; ++i)
-    hash =
-        detail::hash_with(hash, static_cast<unsigned char>(to_upper(name[i])));
+  for (const char c : name)
+    hash = detail::hash_with(hash, static_cast<unsigned char>(to_upper(c)));
   return hash;
 }
 
-void copy_word(const char* line, const Word& word, char* text) {
-  const int length = std::min(word.end - word.start, word_size - 1);
-  std::memcpy(text, line + word.start, static_cast<std::size_t>(length));
-  text[length] = '\0';
-}
-
 bool NextWord(const char* line, char* word, int& start, int& end) {
-  Word next{start, start, 0};
-  const bool found = next_word(line, next);
-  copy_word(line, next, word);
+  Word next;
+  next.end = start;
+  const bool found = find_next(line, next);
+  word[next.name.copy(word, word_size - 1)] = '\0';
   start = next.start;
   end = next.end;
   return found;

@@ -12,6 +12,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 /// Size of a buffer that receives a word, closing NUL included. Longer words
 /// are known by as many characters as fit, in every pass the same.
@@ -47,7 +48,8 @@ int STRCMP(const char* a, const char* b);
 /// path itself when it holds none. Points into *file.
 char* file_part(char** file);
 
-/// Finds the next word of a line, at or after a column.
+/// Finds the next word of a line, at or after a column, and copies it. The
+/// passes use find_next().
 ///
 ///   line   NUL-terminated
 ///   word   receives the word; word_size bytes
@@ -63,8 +65,7 @@ bool NextWord(const char* line, char* word, int& start, int& end);
 /// names may share it.
 using NameHash = std::uint64_t;
 
-/// The hash of a name, of which the first word_size - 1 characters count.
-NameHash hash_of(const char* name);
+NameHash hash_of(std::string_view name);
 
 namespace detail {
 
@@ -97,33 +98,35 @@ inline NameHash hash_with(NameHash hash, unsigned upper_case) {
 
 }  // namespace detail
 
-/// Where a word stands in a line. The word itself is the text from `start` to
-/// `end`; copy_word() cuts it to what it is known by.
+/// A word of a line.
 struct Word {
   int start = 0;
-  int end = 0;        ///< just past the whole word
-  NameHash hash = 0;  ///< of what the word is known by
+  int end = 0;  ///< just past the whole word
+  /// What the word is known by: its first word_size - 1 characters, in the
+  /// line.
+  std::string_view name;
+  NameHash hash = 0;  ///< of the name
 };
 
 /// Moves on to the next word of a line; a new Word stands before the first one.
 /// All passes walk the words of a line this way. Returns false when there is no
 /// further word.
-inline bool next_word(const char* line, Word& word) {
+inline bool find_next(const char* line, Word& word) {
   const char* at = line + word.end;
   while (*at != '\0' && detail::word_character(*at) == 0) ++at;
   const char* const start = at;
   NameHash hash = 0;
   for (unsigned upper; (upper = detail::word_character(*at)) != 0; ++at)
     hash = detail::hash_with(hash, upper);
-  if (at - start >= word_size) hash = hash_of(start);
-  word = {static_cast<int>(start - line), static_cast<int>(at - line), hash};
+  std::string_view name(start, static_cast<std::size_t>(at - start));
+  if (name.size() >= word_size) {
+    name = name.substr(0, word_size - 1);
+    hash = hash_of(name);
+  }
+  word = {static_cast<int>(start - line), static_cast<int>(at - line), name,
+          hash};
   return at != start;
 }
-
-/// Copies a word out of its line.
-///
-///   text  word_size bytes
-void copy_word(const char* line, const Word& word, char* text);
 
 /// Copies the first word of a text; the empty text when there is none.
 ///

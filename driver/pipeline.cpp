@@ -7,6 +7,7 @@
 #include <ctime>
 
 #include "analysis/calls.h"
+#include "analysis/declaration.h"
 #include "analysis/declarations.h"
 #include "driver/settings.h"
 #include "gui/progress.h"
@@ -33,6 +34,7 @@ void gen_html(int count, char** files) {
     gather_calls(&files[i], fixed_form);
     progress(i * 0.3 / count + 0.3, files[i], nullptr);
   }
+  sort_references();
   for (int i = 0; i < count; ++i) {
     print_links(&files[i], fixed_form);
     progress(i * 0.4 / count + 0.6, files[i], nullptr);

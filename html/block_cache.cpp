@@ -4,9 +4,9 @@
 
 #include <cstdlib>
 
-#include "analysis/declarations.h"
+#include "analysis/name_index.h"
 #include "driver/settings.h"
-#include "html/page_frame.h"
+#include "html/markup.h"
 
 static const std::size_t most_bytes = 1 << 20;
 static const std::size_t most_items_per_unit = 1 << 6;
@@ -18,16 +18,16 @@ BlockCache::~BlockCache() {
   std::free(rendered);
 }
 
-void BlockCache::write(const Declaration& first, std::size_t units,
-                       std::size_t items, std::FILE* html,
-                       const Render& render) {
-  if (items > most_items_per_unit * units) {
+void BlockCache::write(const Namesakes& units, std::size_t items,
+                       std::FILE* html, const Render& render) {
+  if (items > most_items_per_unit * static_cast<std::size_t>(units.count)) {
     render(html);
     return;
   }
-  if (run != Declaration::run() || separator != slash || bytes > most_bytes)
+  if (generation != Declaration::generation() || separator != slash ||
+      bytes > most_bytes)
     forget_all();
-  Block& block = blocks[&first];
+  Block& block = blocks[units.first->second];
   if (block.text.empty() || block.items != items) {
     std::rewind(stream);
     render(stream);
@@ -41,6 +41,6 @@ void BlockCache::write(const Declaration& first, std::size_t units,
 void BlockCache::forget_all() {
   blocks.clear();
   bytes = 0;
-  run = Declaration::run();
+  generation = Declaration::generation();
   separator = slash;
 }

@@ -8,11 +8,12 @@
 #include <string>
 #include <unordered_map>
 
+struct Namesakes;
 class Declaration;
 
 /// Keeps blocks of mark-up that follow from the units of one name. A name with
 /// hundreds of units is written thousands of times, each time with all of them.
-/// Blocks are forgotten when the registry has been emptied, when `slash` has
+/// Blocks are forgotten when the registry has changed, when `slash` has
 /// changed, by which the pages in them are named, and when they take too much
 /// memory together.
 class BlockCache {
@@ -26,14 +27,13 @@ class BlockCache {
 
   /// Writes a block.
   ///
-  ///   first   the first unit of the name
-  ///   units   how many units bear the name, and may show the block
+  ///   units   the units of the name, all of which may show the block
   ///   items   the number of entries in the block; it tells a block from an
   ///           older one with fewer, for a name loses no entries in a run
   ///   render  writes the block to a stream; called when it is not known yet,
   ///           and always for a block of many items that few units show
-  void write(const Declaration& first, std::size_t units, std::size_t items,
-             std::FILE* html, const Render& render);
+  void write(const Namesakes& units, std::size_t items, std::FILE* html,
+             const Render& render);
 
  private:
   struct Block {
@@ -43,9 +43,9 @@ class BlockCache {
 
   void forget_all();
 
-  std::unordered_map<const Declaration*, Block> blocks;
-  std::size_t bytes = 0;  // of all blocks
-  unsigned run = 0;
+  std::unordered_map<const Declaration*, Block> blocks;  // by the first unit
+  std::size_t bytes = 0;                                 // of all blocks
+  unsigned generation = 0;                               // of the registry
   char separator = '\0';
 
   // A stream into memory, used for all blocks one after the other.

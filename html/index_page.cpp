@@ -2,11 +2,11 @@
 
 #include <cstdio>
 
-#include "analysis/declarations.h"
+#include "analysis/declaration.h"
 #include "analysis/keywords.h"
 #include "driver/settings.h"
+#include "html/markup.h"
 #include "html/page_frame.h"
-#include "html/page_names.h"
 
 // Calls visit(declaration, index) for every unit of one kind, in the order of
 // the registry. The definition index counts all units of one name, whatever
@@ -24,8 +24,8 @@ static void visit_units(DecType kind, Visitor visit) {
 
 static void write_navigation(const Marker& kind, std::FILE* html) {
   const int entries_per_column = 25;
-  std::fprintf(html, "&nbsp;&nbsp;&nbsp; <a HREF=\"#%s\">%sS</a>", kind.name,
-               kind.name);
+  put(html, "&nbsp;&nbsp;&nbsp; <a HREF=\"#", kind.name, "\">", kind.name,
+      "S</a>");
   begin_menu(html, nullptr);
   int written = 0;
   visit_units(kind.type, [&](const Declaration& declaration, int index) {
@@ -41,23 +41,22 @@ static void write_navigation(const Marker& kind, std::FILE* html) {
 // name, because the first definition is of another kind.
 static void write_list_entry(const Declaration& declaration, int index,
                              std::FILE* html) {
-  const char* page = HTML_REF(declaration.file);
+  const auto address = address_of(declaration, index);
   if (index == 1)
-    std::fprintf(html, "\n<LI> <a HREF=\"%s#%s-%d\"><b>%s</b></a>", page,
-                 declaration.name, index, declaration.name);
+    put(html, "\n<LI> <a HREF=\"", address, "\"><b>", declaration.name,
+        "</b></a>");
   else
-    std::fprintf(html, "%s <a HREF=\"%s#%s-%d\"><b>[%d]</b></a>",
-                 index == 2 ? " [1]" : "", page, declaration.name, index,
-                 index);
+    put(html, index == 2 ? " [1]" : "", " <a HREF=\"", address, "\"><b>[",
+        index, "]</b></a>");
 }
 
 static void write_list(const Marker& kind, std::FILE* html) {
-  std::fprintf(html, "<H2><a NAME=\"%s\">%s Declarations</a></H2><UL>\n",
-               kind.name, kind.name);
+  put(html, "<H2><a NAME=\"", kind.name, "\">", kind.name,
+      " Declarations</a></H2><UL>\n");
   visit_units(kind.type, [&](const Declaration& declaration, int index) {
     write_list_entry(declaration, index, html);
   });
-  std::fputs("\n</UL>\n\n", html);
+  put(html, "\n</UL>\n\n");
 }
 
 void print_tree(const char* name) {
@@ -71,10 +70,10 @@ void print_tree(const char* name) {
     std::printf("Generating HTML index..");
     std::fflush(stdout);
   }
-  std::fprintf(html, "<TITLE>%s</TITLE>\n\n", index_title.c_str());
+  put(html, "<TITLE>", index_title, "</TITLE>\n\n");
   for (const Marker* kind = Marker::first; kind != nullptr; kind = kind->next)
     write_navigation(*kind, html);
-  std::fputs("<hr>\n", html);
+  put(html, "<hr>\n");
   for (const Marker* kind = Marker::first; kind != nullptr; kind = kind->next)
     write_list(*kind, html);
   html_footer(html);

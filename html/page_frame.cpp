@@ -5,13 +5,10 @@
 
 #include "html/page_frame.h"
 
-#include <charconv>
 #include <ctime>
 
-#include "analysis/calling.h"
-#include "analysis/declarations.h"
 #include "driver/settings.h"
-#include "html/page_names.h"
+#include "html/markup.h"
 
 // clang-format off
 static const char head[] = R"(<html>
@@ -73,16 +70,6 @@ static const char pane_opening[] =
     "<table class=\"pane\"><tr><td style=\"vertical-align:top;\">\n";
 static const char pane_closing[] = "</td></tr></table>";
 
-void put(std::FILE* html, int number) {
-  char digits[16];
-  const char* end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-  put(html, {digits, static_cast<std::size_t>(end - digits)});
-}
-
-static void start_column(std::FILE* html) {
-  put(html, "</td><td style=\"vertical-align:top;\">\n");
-}
-
 void html_header(std::FILE* html) { put(html, head); }
 
 // Deliberate: the line end of ctime's text is written as it comes.
@@ -94,15 +81,12 @@ void html_footer(std::FILE* html) {
 void begin_menu(std::FILE* html, const char* title) {
   put(html,
       "<span id=\"nav\"><span class=\"popup\"><big>"
-      "<big style=\"color: rgb(204, 0, 0);\">&#134;</big></big>");
-  put(html, pane_opening);
-  if (title != nullptr) std::fprintf(html, "%s\n", title);
+      "<big style=\"color: rgb(204, 0, 0);\">&#134;</big></big>",
+      pane_opening);
+  if (title != nullptr) put(html, title, "\n");
 }
 
-void end_menu(std::FILE* html) {
-  put(html, pane_closing);
-  put(html, "</span></span>");
-}
+void end_menu(std::FILE* html) { put(html, pane_closing, "</span></span>"); }
 
 void open_multiref(std::FILE* html) {
   put(html, "<span id=\"nav\"><b class=\"multiref\">");
@@ -110,55 +94,31 @@ void open_multiref(std::FILE* html) {
 
 void begin_multiref(std::FILE* html, const char* title) {
   put(html, pane_opening);
-  if (title != nullptr) std::fprintf(html, "<small>%s</small>\n", title);
+  if (title != nullptr) put(html, "<small>", title, "</small>\n");
 }
 
-void close_multiref(std::FILE* html) {
-  put(html, pane_closing);
-  put(html, "</b></span>");
-}
+void close_multiref(std::FILE* html) { put(html, pane_closing, "</b></span>"); }
 
 void print_html_char(char c, std::FILE* html) { std::fputc(c, html); }
 
-// The opening tag of a link to a declaration.
-static void put_link(std::FILE* html, const Declaration& declaration,
-                     int index) {
-  put(html, "<a href=\"");
-  put(html, HTML_REF(declaration.file));
-  put(html, "#");
-  put(html, declaration.name);
-  put(html, "-");
-  put(html, index);
-  put(html, "\">");
+static void start_column(std::FILE* html) {
+  put(html, "</td><td style=\"vertical-align:top;\">\n");
 }
 
 void menu_item(std::FILE* html, const Declaration& declaration, int index,
                bool new_column) {
   if (new_column) start_column(html);
-  put_link(html, declaration, index);
-  put(html, "<small>");
-  put(html, declaration.name);
-  put(html, "</small></a><br/>\n");
+  put(html, "<a href=\"", address_of(declaration, index), "\"><small>",
+      declaration.name, "</small></a><br/>\n");
 }
 
 void menu_item(std::FILE* html, const Calling& calling, bool new_column) {
   if (new_column) start_column(html);
-  put(html, "<a href=\"");
-  put(html, HTML_REF(calling.file));
-  put(html, "#line");
-  put(html, calling.line);
-  put(html, "\">");
-  put(html, *calling.file);
-  put(html, "&nbsp;:&nbsp;");
-  put(html, calling.line);
-  put(html, "</a><br/>\n");
+  put(html, "<a href=\"", address_of(calling), "\">", *calling.file,
+      "&nbsp;:&nbsp;", calling.line, "</a><br/>\n");
 }
 
 void multiref_item(std::FILE* html, const Declaration& declaration, int index) {
-  put_link(html, declaration, index);
-  put(html, "<small>");
-  put(html, *declaration.file);
-  put(html, ":");
-  put(html, declaration.line);
-  put(html, "</small></a><br/>\n");
+  put(html, "<a href=\"", address_of(declaration, index), "\"><small>",
+      *declaration.file, ":", declaration.line, "</small></a><br/>\n");
 }

@@ -7,10 +7,7 @@
 #ifndef ZELKOR_HTML_PAGE_FRAME_H
 #define ZELKOR_HTML_PAGE_FRAME_H
 
-#include <stdio.h>  // fwrite_unlocked()
-
 #include <cstdio>
-#include <string_view>
 
 class Declaration;
 struct Calling;
@@ -20,15 +17,6 @@ void html_header(std::FILE* html);
 
 /// Writes the page trailer with the run's time stamp and closes the body.
 void html_footer(std::FILE* html);
-
-/// Writes a text as it is. A page is written by one thread alone, so the stream
-/// is not locked for each piece.
-inline void put(std::FILE* html, std::string_view text) {
-  fwrite_unlocked(text.data(), 1, text.size(), html);
-}
-
-/// Writes a number in decimal.
-void put(std::FILE* html, int number);
 
 /// Opens a pop-up menu that a mark of its own reveals. The title line is left
 /// out when title is null.
@@ -48,7 +36,8 @@ void begin_multiref(std::FILE* html, const char* title);
 /// Closes the pane.
 void close_multiref(std::FILE* html);
 
-/// Writes one character of source text, unchanged.
+/// Writes one character of source text, unchanged. Part of the interface; the
+/// pages themselves are written in longer pieces.
 void print_html_char(char c, std::FILE* html);
 
 /// Writes a menu item that leads to a declaration and shows its name.

@@ -5,56 +5,47 @@
 
 #include "html/source_page.h"
 
-#include "analysis/calling.h"
-#include "analysis/declarations.h"
+#include <memory>
+
 #include "analysis/keywords.h"
+#include "analysis/name_index.h"
 #include "analysis/source_lines.h"
 #include "analysis/words.h"
 #include "driver/assertion.h"
 #include "driver/settings.h"
 #include "html/block_cache.h"
+#include "html/markup.h"
 #include "html/page_frame.h"
 #include "html/page_names.h"
 
-using Entry = Declaration::Registry::iterator;
-
-static void write_columns(const char* line, int start, int end,
-                          std::FILE* html) {
-  put(html, {line + start, static_cast<std::size_t>(end - start)});
+static std::string_view columns(const char* line, int start, int end) {
+  return {line + start, static_cast<std::size_t>(end - start)};
 }
 
-static void write_word(const char* line, const Word& word, std::FILE* html) {
-  write_columns(line, word.start, word.end, html);
+static void write_definitions_pane(const Namesakes& units, std::FILE* html) {
+  begin_multiref(html, "Definitions:");
+  auto unit = units.first;
+  for (int index = 1; index <= units.count; ++index, ++unit)
+    multiref_item(html, *unit->second, index);
+  close_multiref(html);
 }
 
-// Marks a reference to the `count` units of one name, the first of which is
-// `entry`: one unit is linked, several are listed in a pane.
-static void write_reference(const char* line, const Word& word, int line_number,
-                            Entry entry, int count, std::FILE* html) {
-  put(html, "<a NAME=\"line");
-  put(html, line_number);
-  put(html, "\"></a>");
-  const Declaration& first = *entry->second;
-  if (count == 1) {
-    put(html, "<a HREF=\"");
-    put(html, HTML_REF(first.file));
-    put(html, "#");
-    put(html, first.name);
-    put(html, "-1\"><b>");
-    write_word(line, word, html);
-    put(html, "</b></a>");
+// Marks a reference: one unit of its name is linked, several are listed in a
+// pane.
+static void write_reference(std::string_view word, int line_number,
+                            const Namesakes& units, std::FILE* html) {
+  put(html, "<a NAME=\"", LineAnchor{line_number}, "\"></a>");
+  if (units.count == 1) {
+    put(html, "<a HREF=\"", address_of(*units.first->second, 1), "\"><b>", word,
+        "</b></a>");
     return;
   }
   static BlockCache panes;
   open_multiref(html);
-  write_word(line, word, html);
-  const auto units = static_cast<std::size_t>(count);
-  panes.write(first, units, units, html, [&](std::FILE* pane) {
-    begin_multiref(pane, "Definitions:");
-    for (int index = 1; index <= count; ++index, ++entry)
-      multiref_item(pane, *entry->second, index);
-    close_multiref(pane);
-  });
+  put(html, word);
+  panes.write(
+      units, static_cast<std::size_t>(units.count), html,
+      [&units](std::FILE* pane) { write_definitions_pane(units, pane); });
 }
 
 // The number of menu entries in one column, of n in all.
@@ -76,60 +67,51 @@ static void write_callers_menu(const Callers& callers, std::FILE* html) {
 }
 
 // Marks a definition. Deliberate: all definitions of one name show the callers
-// of the first of them, which is `first`.
-static void write_definition(const char* line, const Word& word,
-                             const char* text, int index, int count,
-                             const Declaration& first, std::FILE* html) {
-  std::fprintf(html, "<a NAME=\"%s-%d\"><b>", text, index);
-  write_word(line, word, html);
-  std::fputs("</b></a>", html);
-  if (count == 1) {
-    write_callers_menu(first.callers, html);
+// of the first of them.
+static void write_definition(std::string_view word, const UnitAnchor& anchor,
+                             const Namesakes& units, std::FILE* html) {
+  put(html, "<a NAME=\"", anchor, "\"><b>", word, "</b></a>");
+  const Callers& callers = units.first->second->callers;
+  if (units.count == 1) {
+    write_callers_menu(callers, html);
     return;
   }
   static BlockCache menus;
-  menus.write(
-      first, static_cast<std::size_t>(count), first.callers.size(), html,
-      [&](std::FILE* menu) { write_callers_menu(first.callers, menu); });
+  menus.write(units, callers.size(), html, [&callers](std::FILE* menu) {
+    write_callers_menu(callers, menu);
+  });
 }
 
-// A word that names nothing is dismissed by its hash, unless keywords are to be
-// highlighted.
-static void write_line(const SourceLines& source, char** file,
-                       std::FILE* html) {
+static void write_line(const SourceLines& source, const NameIndex& names,
+                       char** file, std::FILE* html) {
   const bool highlights = (html_style & (LEVEL_1 | LEVEL_2 | LEVEL_3)) != 0;
   const char* const raw = source.raw().data();
   int written = 0;
-  for (Word word; next_word(source.scanned(), word);) {
-    if (!highlights && !may_be_declared(word.hash)) continue;
-    char text[word_size];
-    copy_word(source.scanned(), word, text);
-    int self = 0;
-    int count = 0;
-    const Entry entry = isDeclaration(text, file, source.number(), self, count);
-    const bool declared = count > 0;
-    if (!declared && isSyntax(text) == nullptr) continue;
+  for (Word word; find_next(source.scanned(), word);) {
+    const Meaning meaning = names.look_up(word, file, source.number());
+    const bool is_keyword = meaning.units == nullptr && highlights &&
+                            isSyntax(word.name.data()) != nullptr;
+    if (meaning.units == nullptr && !is_keyword) continue;
 
-    write_columns(raw, written, word.start, html);
+    put(html, columns(raw, written, word.start));
     written = word.end;
-    if (!declared)
+    const std::string_view text = columns(raw, word.start, word.end);
+    if (is_keyword)
       print_syntax(raw, word.start, word.end, html);
-    else if (self == 0)
-      write_reference(raw, word, source.number(), entry, count, html);
+    else if (meaning.is_reference())
+      write_reference(text, source.number(), *meaning.units, html);
     else
-      write_definition(raw, word, text, self, count, *entry->second, html);
+      write_definition(text, {word.name, meaning.declared}, *meaning.units,
+                       html);
   }
-  write_columns(raw, written, static_cast<int>(source.raw().size()), html);
+  put(html, source.raw().substr(static_cast<std::size_t>(written)));
 }
 
 void print_syntax(const char* line, int start, int end, std::FILE* html) {
   const bool bold = (html_style & BOLD_KEYWORDS) != 0;
   const bool italic = (html_style & ITALIC_KEYWORDS) != 0;
-  if (bold) std::fputs("<b>", html);
-  if (italic) std::fputs("<i>", html);
-  write_columns(line, start, end, html);
-  if (italic) std::fputs("</i>", html);
-  if (bold) std::fputs("</b>", html);
+  put(html, bold ? "<b>" : "", italic ? "<i>" : "", columns(line, start, end),
+      italic ? "</i>" : "", bold ? "</b>" : "");
 }
 
 void print_links(char** file, bool fixed_form) {
@@ -143,8 +125,9 @@ void print_links(char** file, bool fixed_form) {
                      "void print_links(char**, bool)");
   }
 
-  static char buffer[1 << 16];
-  std::setvbuf(html, buffer, _IOFBF, sizeof buffer);
+  const std::size_t size = 1 << 16;
+  const std::unique_ptr<char[]> buffer(new char[size]);
+  std::setvbuf(html, buffer.get(), _IOFBF, size);
   html_header(html);
   if (verbose > 0) {
     std::printf("Generating HTML for %s...", *file);
@@ -152,12 +135,12 @@ void print_links(char** file, bool fixed_form) {
   }
   // The head is closed already, so the title stands inside the body.
   const char* title = file_part(file);
-  std::fprintf(html, "<TITLE>%s</TITLE>\n", title);
-  std::fprintf(html, "<H1>%s</H1>\n<code> <pre>\n", title);
+  put(html, "<TITLE>", title, "</TITLE>\n<H1>", title, "</H1>\n<code> <pre>\n");
 
-  while (source.next()) write_line(source, file, html);
+  const NameIndex& names = NameIndex::current();
+  while (source.next()) write_line(source, names, file, html);
 
-  std::fputs("</pre> </code>\n", html);
+  put(html, "</pre> </code>\n");
   html_footer(html);
   std::fclose(html);
   if (verbose > 0) {

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "tests/support/file_list.h"
+#include "tests/support/heap_in_use.h"
+#include "tests/support/registered.h"
 
 namespace {
 
@@ -16,14 +18,7 @@ static_assert(std::is_same_v<Callers::value_type, Calling>);
 
 class CallersTest : public testing::Test {
  protected:
-  static Texts places(const Callers& callers) {
-    Texts texts;
-    for (const Calling& calling : callers)
-      texts.push_back(*calling.file + (":" + std::to_string(calling.line)));
-    return texts;
-  }
-
-  FileList files{{"a.f90", "b.f90"}};
+  FileList files{{"a.f90", "b.f90", "a.f90"}};
   const Calling a1{files.slot(0), 1};
   const Calling a2{files.slot(0), 2};
   const Calling b1{files.slot(1), 1};
@@ -52,12 +47,47 @@ TEST_F(CallersTest, AreFoundByTheirPlace) {
   EXPECT_TRUE(first.find(a2) == first.end());
 }
 
+TEST_F(CallersTest, KeepTheFirstOfEqualReferences) {
+  const Calling again{files.slot(2), 1};
+  for (const Calling& calling : {b1, a1, again, b1}) first.insert(calling);
+  EXPECT_EQ((Texts{"a.f90:1", "b.f90:1"}), places(first));
+  EXPECT_EQ(a1.file, first.begin()->file);
+}
+
+TEST_F(CallersTest, AreReadAndAddedToInTurn) {
+  for (const Calling& calling : {b1, a2, a1}) {
+    first.insert(calling);
+    EXPECT_TRUE(first.find(calling) != first.end());
+  }
+  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2", "b.f90:1"}), places(first));
+}
+
+TEST_F(CallersTest, TakeNoMemoryForRepeats) {
+  for (const Calling& calling : {b1, a2, a1}) first.insert(calling);
+  first.insert(b1);
+  const std::size_t before = heap_in_use();
+  for (int i = 0; i < 100000; ++i)
+    for (const Calling& calling : {b1, a1, a2}) first.insert(calling);
+  EXPECT_GT(before + 1000, heap_in_use());
+  EXPECT_EQ(3u, first.size());
+}
+
+TEST_F(CallersTest, AreWalkedWithoutThePathsOnceSorted) {
+  std::string paths[] = {"b.f90", "a.f90"};
+  char* slots[] = {paths[0].data(), paths[1].data()};
+  first.insert({&slots[0], 1});
+  first.insert({&slots[1], 2});
+  first.sort();
+  slots[0] = slots[1] = nullptr;
+  EXPECT_EQ(2, first.begin()->line);
+  EXPECT_EQ(2u, first.size());
+}
+
 TEST_F(CallersTest, ShowWhatIsAddedToAllThatShare) {
-  second.share(first);
-  third.share(first);
-  EXPECT_TRUE(third.empty());
-  EXPECT_TRUE(first.insert_in_all(3, b1));
-  EXPECT_TRUE(third.insert_in_all(3, a1));
+  first.start_anew();
+  for (Callers* callers : {&second, &third}) callers->share(first);
+  first.insert_in_all(b1);
+  third.insert_in_all(a1);
   for (const Callers* callers : {&first, &second, &third})
     EXPECT_EQ((Texts{"a.f90:1", "b.f90:1"}), places(*callers));
 }
@@ -67,60 +97,19 @@ TEST_F(CallersTest, ShareWhatIsThereAlreadyInsteadOfTheirOwn) {
   second.insert(a2);
   second.share(first);
   EXPECT_EQ(Texts{"a.f90:1"}, places(second));
-  second.share(third);
-  EXPECT_EQ(Texts{}, places(second));
+  second.start_anew();
+  EXPECT_TRUE(second.empty());
   EXPECT_EQ(Texts{"a.f90:1"}, places(first));
 }
 
 TEST_F(CallersTest, AreNotSharedAnyMoreWhenOneGetsAReferenceOfItsOwn) {
-  second.share(first);
-  third.share(first);
-  first.insert_in_all(3, a1);
+  first.insert(a1);
+  for (Callers* callers : {&second, &third}) callers->share(first);
   second.insert(a2);
-  EXPECT_EQ(Texts{"a.f90:1"}, places(first));
+  first.insert(b1);
+  EXPECT_EQ((Texts{"a.f90:1", "b.f90:1"}), places(first));
   EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(second));
   EXPECT_EQ(Texts{"a.f90:1"}, places(third));
-
-  EXPECT_TRUE(first.insert_in_all(2, b1));
-  EXPECT_EQ((Texts{"a.f90:1", "b.f90:1"}), places(third));
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(second));
-}
-
-TEST_F(CallersTest, OfTwoThatShareTheOtherDoesNotSeeWhatIsAddedToOneAlone) {
-  second.share(first);
-  first.insert(a1);
-  EXPECT_EQ(Texts{"a.f90:1"}, places(first));
-  EXPECT_EQ(Texts{}, places(second));
-}
-
-TEST_F(CallersTest, AreStillSharedWhenOneGetsAReferenceThatItHas) {
-  second.share(first);
-  first.insert_in_all(2, a1);
-  second.insert(a1);
-  EXPECT_TRUE(first.insert_in_all(2, a2));
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(second));
-}
-
-TEST_F(CallersTest, AddNothingWhenMoreOrFewerShare) {
-  for (const int sets : {0, 1}) EXPECT_FALSE(first.insert_in_all(sets, a1));
-  second.share(first);
-  for (const int sets : {0, 1, 3}) {
-    EXPECT_FALSE(first.insert_in_all(sets, a1)) << sets;
-    EXPECT_FALSE(second.insert_in_all(sets, a1)) << sets;
-  }
-  EXPECT_TRUE(first.empty());
-  EXPECT_TRUE(second.empty());
-}
-
-TEST_F(CallersTest, OutliveThoseTheyShareWith) {
-  {
-    Callers other;
-    other.insert(a1);
-    first.share(other);
-  }
-  EXPECT_EQ(Texts{"a.f90:1"}, places(first));
-  EXPECT_TRUE(first.insert_in_all(1, a2));
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(first));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <malloc.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -11,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "analysis/declarations.h"
+#include "analysis/declaration.h"
 #include "driver/settings.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
@@ -185,6 +186,22 @@ TEST_F(GenHtml, ReferencesInTheFirstFileFindUnitsOfTheLast) {
   EXPECT_NE(std::string::npos,
             index().find("\n<LI> <a HREF=\"b1756053.html#solve-1\"><b>solve"
                          "</b></a>\n</UL>\n\n"));
+}
+
+// The window frees the paths once the run is over. Behind a long line the
+// passes count differently, so that no page shows the references to this unit.
+TEST_F(GenHtml, ReferencesAreWalkedWithoutThePathsAfterwards) {
+  write_file("a.f90", std::string(1500, ' ') + "\nsubroutine a\nend\n");
+  write_file("b.f90", "\n\ncall a\n");
+  write_file("c.f90", "call a\ncall a\n");
+  FileList files({"c.f90", "missing.f90", "b.f90", "a.f90"});
+  run(files);
+  std::fill_n(files.data(), files.count(), nullptr);
+  std::vector<int> lines;
+  for (const auto& entry : Declaration::decs)
+    for (const Calling& calling : entry.second->callers)
+      lines.push_back(calling.line);
+  EXPECT_EQ((std::vector<int>{2, 3, 1, 2}), lines);
 }
 
 TEST_F(GenHtml, APageListsCallersFromLaterFiles) {

@@ -11,20 +11,19 @@
 
 static void walk_words(const std::string& line) {
   int last = 0;
-  for (Word word; next_word(line.c_str(), word); last = word.end) {
+  for (Word word; find_next(line.c_str(), word); last = word.end) {
     demand(last <= word.start && word.start < word.end, "words move on");
     for (int i = last; i < word.start; ++i)
       demand(!isALNUM(line[static_cast<std::size_t>(i)]),
              "what stands between words is no word");
     for (int i = word.start; i < word.end; ++i)
       demand(isALNUM(line[static_cast<std::size_t>(i)]), "words hold together");
-    char text[word_size];
-    copy_word(line.c_str(), word, text);
-    demand(hash_of(text) == word.hash, "a word has the hash of its name");
-    demand(starts_with_word(line.c_str() + word.start, text) ==
+    const std::string name(word.name);
+    demand(hash_of(name) == word.hash, "a word has the hash of its name");
+    demand(starts_with_word(line.c_str() + word.start, name.c_str()) ==
                (word.end - word.start < word_size),
            "a word that is not cut stands where it was found");
-    isSyntax(text);
+    isSyntax(name.c_str());
   }
 }
 

@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 
+#include "analysis/declaration.h"
 #include "analysis/declarations.h"
 #include "analysis/source_lines.h"
 #include "analysis/words.h"
@@ -17,10 +18,8 @@ static std::map<std::string, std::set<int>> lines_of_words(const char* path) {
   std::map<std::string, std::set<int>> lines;
   SourceLines source(path, false);
   while (source.is_open() && source.next()) {
-    char text[word_size];
-    for (Word word; next_word(source.scanned(), word);) {
-      copy_word(source.scanned(), word, text);
-      std::string key = text;
+    for (Word word; find_next(source.scanned(), word);) {
+      std::string key(word.name);
       for (char& c : key) c = to_upper(c);
       lines[key].insert(source.number());
     }

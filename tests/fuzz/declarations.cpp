@@ -3,6 +3,7 @@
 // chooses the comment rule.
 
 #include "analysis/declarations.h"
+#include "analysis/name_index.h"
 
 #include <cstring>
 #include <memory>

@@ -4,6 +4,7 @@
 #include "html/source_page.h"
 
 #include "analysis/calls.h"
+#include "analysis/declaration.h"
 #include "analysis/declarations.h"
 #include "html/index_page.h"
 #include "tests/fuzz/scratch.h"

@@ -5,9 +5,9 @@
 #include <array>
 #include <string>
 
-#include "analysis/declarations.h"
+#include "analysis/name_index.h"
 #include "driver/settings.h"
-#include "html/page_frame.h"
+#include "html/markup.h"
 #include "tests/support/capture.h"
 #include "tests/support/heap_in_use.h"
 #include "tests/support/settings_guard.h"
@@ -16,17 +16,18 @@ namespace {
 
 class BlockCacheTest : public testing::Test {
  protected:
-  // Of a unit the cache takes the address alone, so these need not be units,
-  // and a later run may well have another unit at the same place.
-  const Declaration& unit(std::size_t i) {
-    return reinterpret_cast<const Declaration&>(places[i]);
+  // The cache takes a name for the address of its first unit.
+  Namesakes units_of(std::size_t i, std::size_t count) {
+    if (names[i].empty())
+      names[i].emplace("", reinterpret_cast<Declaration*>(i + 1));
+    return {names[i].begin(), static_cast<int>(count), false};
   }
 
   // What the cache writes for a name whose block has this text now.
   std::string shown(std::size_t i, std::size_t units, std::size_t items,
                     const std::string& text) {
     return written([&](std::FILE* html) {
-      cache.write(unit(i), units, items, html, [&](std::FILE* block) {
+      cache.write(units_of(i, units), items, html, [&](std::FILE* block) {
         ++rendered;
         put(block, text);
       });
@@ -38,10 +39,7 @@ class BlockCacheTest : public testing::Test {
   SettingsGuard settings;
 
  private:
-  struct alignas(Declaration) Place {
-    char bytes[sizeof(Declaration)];
-  };
-  std::array<Place, 100> places;
+  std::array<Declaration::Registry, 100> names;
 };
 
 TEST_F(BlockCacheTest, RendersABlockOnce) {
@@ -63,7 +61,7 @@ TEST_F(BlockCacheTest, IsNotSharedWithOtherCaches) {
   shown(0, 2, 2, "one");
   BlockCache other;
   EXPECT_EQ("two", written([&](std::FILE* html) {
-              other.write(unit(0), 2, 2, html,
+              other.write(units_of(0, 2), 2, html,
                           [](std::FILE* block) { put(block, "two"); });
             }));
 }
@@ -152,7 +150,7 @@ TEST_F(BlockCacheTest, GivesItsMemoryBack) {
   const auto use_another = [this] {
     written([this](std::FILE* html) {
       BlockCache another;
-      another.write(unit(0), 2, 2, html, [](std::FILE* block) {
+      another.write(units_of(0, 2), 2, html, [](std::FILE* block) {
         put(block, std::string(1000, 'x'));
       });
     });

@@ -10,7 +10,7 @@
 #include <map>
 #include <string>
 
-#include "analysis/declarations.h"
+#include "analysis/declaration.h"
 #include "driver/settings.h"
 #include "tests/html/page_test.h"
 #include "tests/support/capture.h"

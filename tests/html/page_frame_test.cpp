@@ -2,12 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <climits>
 #include <string>
 #include <string_view>
 
 #include "analysis/calling.h"
-#include "analysis/declarations.h"
+#include "analysis/declaration.h"
 #include "driver/settings.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
@@ -152,30 +151,6 @@ TEST(MarkUp, ClosingsAndOpeningsHaveNoLineEnd) {
       {close_multiref, "</td></tr></table></b></span>"},
   };
   for (const auto& c : cases) EXPECT_EQ(c.text, written(c.writer));
-}
-
-TEST(Put, WritesTextsAsTheyAre) {
-  const std::string texts[] = {"", "%s%n<&>\n", std::string("a\0b\xff", 4),
-                               std::string(100000, 'x')};
-  for (const std::string& text : texts)
-    EXPECT_EQ(text, written([&](std::FILE* html) { put(html, text); }));
-  EXPECT_EQ("bc", written([](std::FILE* html) {
-              put(html, std::string_view("abcd").substr(1, 2));
-            }));
-}
-
-TEST(Put, WritesNumbersInDecimal) {
-  const struct {
-    int number;
-    const char* text;
-  } cases[] = {{0, "0"},
-               {7, "7"},
-               {-5, "-5"},
-               {1000000, "1000000"},
-               {INT_MAX, "2147483647"},
-               {INT_MIN, "-2147483648"}};
-  for (const auto& c : cases)
-    EXPECT_EQ(c.text, written([&](std::FILE* html) { put(html, c.number); }));
 }
 
 TEST(PrintHtmlChar, WritesEveryCharacterUnchanged) {

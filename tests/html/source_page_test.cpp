@@ -11,7 +11,7 @@
 #include <thread>
 #include <vector>
 
-#include "analysis/declarations.h"
+#include "analysis/name_index.h"
 #include "analysis/keywords.h"
 #include "analysis/words.h"
 #include "driver/settings.h"

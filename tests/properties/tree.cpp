@@ -8,7 +8,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "analysis/declarations.h"
+#include "analysis/declaration.h"
 #include "driver/pipeline.h"
 #include "driver/settings.h"
 #include "html/page_names.h"

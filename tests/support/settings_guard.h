@@ -3,7 +3,7 @@
 #ifndef ZELKOR_TESTS_SUPPORT_SETTINGS_GUARD_H
 #define ZELKOR_TESTS_SUPPORT_SETTINGS_GUARD_H
 
-#include "analysis/declarations.h"
+#include "analysis/declaration.h"
 #include "driver/settings.h"
 
 /// Puts the settings back as they were, and empties the registry, when

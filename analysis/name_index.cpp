@@ -1,0 +1,112 @@
+#include "analysis/name_index.h"
+
+#include <algorithm>
+#include <functional>
+
+using Unit = Declaration::Registry::iterator;
+
+void add_calling(const Namesakes& units, const Calling& calling) {
+  if (units.share_callers) {
+    units.first->second->callers.insert_in_all(calling);
+    return;
+  }
+  Unit unit = units.first;
+  for (int i = 0; i < units.count; ++i, ++unit)
+    unit->second->callers.insert(calling);
+}
+
+const NameIndex& NameIndex::current() {
+  static NameIndex index;
+  if (index.generation != Declaration::generation() ||
+      index.size != Declaration::decs.size())
+    index.build();
+  return index;
+}
+
+void NameIndex::build() {
+  entries.clear();
+  openings.clear();
+  auto& decs = Declaration::decs;
+  for (auto first = decs.begin(); first != decs.end();) {
+    auto unit = first;
+    int count = 0;
+    for (; unit != decs.end() && unit->first == first->first; ++unit)
+      openings.push_back({unit->second->file, unit->second->line, ++count});
+    add_name(first, count);
+    first = unit;
+  }
+  fill_slots();
+  generation = Declaration::generation();
+  size = decs.size();
+}
+
+// A name with hundreds of units would take hundreds of records for each
+// reference to it. So units that have no references yet share what comes.
+static bool share_callers(Unit first, int count) {
+  if (count == 1) return false;
+  Unit unit = first;
+  for (int i = 0; i < count; ++i, ++unit)
+    if (!unit->second->callers.empty()) return false;
+  first->second->callers.start_anew();
+  while (unit-- != first) unit->second->callers.share(first->second->callers);
+  return true;
+}
+
+// Slots are compared as numbers, for they may lie in different arrays.
+static bool comes_before(char** file, int line, char** other_file,
+                         int other_line) {
+  const std::less<char**> before;
+  if (file != other_file) return before(file, other_file);
+  return line < other_line;
+}
+
+void NameIndex::add_name(Unit first, int count) {
+  const std::size_t begin = openings.size() - static_cast<std::size_t>(count);
+  entries.push_back({{first, count, share_callers(first, count)}, begin});
+  std::stable_sort(openings.begin() + static_cast<std::ptrdiff_t>(begin),
+                   openings.end(), [](const Opening& a, const Opening& b) {
+                     return comes_before(a.file, a.line, b.file, b.line);
+                   });
+}
+
+void NameIndex::fill_slots() {
+  std::size_t width = 1;
+  while (width < 4 * entries.size()) width *= 2;
+  slots.assign(width, {});
+  std::uint32_t number = 0;
+  for (const Entry& entry : entries) {
+    const NameHash hash = hash_of(entry.units.first->first);
+    std::size_t i = place(hash);
+    while (slots[i].name != 0) i = next(i);
+    slots[i] = {tag(hash), ++number};
+  }
+}
+
+bool NameIndex::is_named(const Entry& entry, std::string_view name) {
+  const std::string& key = entry.units.first->first;
+  return std::equal(name.begin(), name.end(), key.begin(), key.end(),
+                    [](char c, char upper) { return to_upper(c) == upper; });
+}
+
+int NameIndex::declared(const Entry& entry, char** file, int line) const {
+  const auto begin =
+      openings.begin() + static_cast<std::ptrdiff_t>(entry.first_opening);
+  auto opening =
+      std::upper_bound(begin, begin + entry.units.count, line,
+                       [file](int wanted, const Opening& o) {
+                         return comes_before(file, wanted, o.file, o.line);
+                       });
+  if (opening == begin) return 0;
+  --opening;
+  return opening->file == file && opening->line == line ? opening->index : 0;
+}
+
+Unit isDeclaration(const char* word, char** file, int line, int& self,
+                   int& count) {
+  const Meaning meaning =
+      NameIndex::current().look_up(word, hash_of(word), file, line);
+  self = meaning.declared;
+  count = meaning.units == nullptr ? 0 : meaning.units->count;
+  return meaning.units == nullptr ? Declaration::decs.end()
+                                  : meaning.units->first;
+}

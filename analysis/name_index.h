@@ -1,0 +1,117 @@
+// The names of the registry, looked up by the words of the sources.
+
+#ifndef ZELKOR_ANALYSIS_NAME_INDEX_H
+#define ZELKOR_ANALYSIS_NAME_INDEX_H
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "analysis/declaration.h"
+#include "analysis/words.h"
+
+/// The units of one name.
+struct Namesakes {
+  Declaration::Registry::iterator first;
+  int count;
+  bool share_callers;  ///< they hold the same references
+};
+
+/// Records a reference to all units of a name.
+void add_calling(const Namesakes& units, const Calling& calling);
+
+/// What a word of a line stands for.
+struct Meaning {
+  const Namesakes* units = nullptr;  ///< the units of this name; null: none
+  /// The definition index of the unit of this name that is declared on this
+  /// very line of this file; of several the last one. 0: none is.
+  int declared = 0;
+
+  bool is_reference() const { return units != nullptr && declared == 0; }
+};
+
+/// An index of the registry as it was at one moment. Most words of a source
+/// name nothing, and are told so by one look into a small table.
+class NameIndex {
+ public:
+  /// The index of the registry as it is now. It is built anew when the registry
+  /// has changed since the last call; then indexes handed out before, and what
+  /// they gave, must not be used any more. Others may take units out of the
+  /// registry and put them back under their names: its size has to tell.
+  static const NameIndex& current();
+
+  /// Decides what a word stands for. Case is ignored.
+  ///
+  ///   file, line  where it stands
+  Meaning look_up(const Word& word, char** file, int line) const {
+    return look_up(word.name, word.hash, file, line);
+  }
+  Meaning look_up(std::string_view name, NameHash hash, char** file,
+                  int line) const {
+    for (std::size_t i = place(hash); slots[i].name != 0; i = next(i))
+      if (slots[i].tag == tag(hash)) {
+        const Entry& entry = entries[slots[i].name - 1];
+        if (is_named(entry, name))
+          return {&entry.units, declared(entry, file, line)};
+      }
+    return {};
+  }
+
+ private:
+  // A line that declares a unit of a name.
+  struct Opening {
+    char** file;
+    int line;
+    int index;
+  };
+
+  // A name. Its openings come one after the other, in their order.
+  struct Entry {
+    Namesakes units;
+    std::size_t first_opening;
+  };
+
+  // The table is open: names that fall on the same place take the next ones.
+  struct Slot {
+    std::uint32_t tag = 0;   // other bits of the hash than those of the place
+    std::uint32_t name = 0;  // the place of its entry, from 1; 0: empty
+  };
+
+  NameIndex() : slots(1) {}
+  void build();
+  void add_name(Declaration::Registry::iterator first, int count);
+  void fill_slots();
+
+  static bool is_named(const Entry& entry, std::string_view name);
+  int declared(const Entry& entry, char** file, int line) const;
+
+  static std::uint64_t spread(NameHash hash) {
+    return hash * 0x9E3779B97F4A7C15u;
+  }
+  static std::uint32_t tag(NameHash hash) {
+    return static_cast<std::uint32_t>(spread(hash));
+  }
+  std::size_t place(NameHash hash) const { return spread(hash) >> 32 & mask(); }
+  std::size_t next(std::size_t place) const { return (place + 1) & mask(); }
+  std::size_t mask() const { return slots.size() - 1; }
+
+  std::vector<Entry> entries;
+  std::vector<Opening> openings;
+  std::vector<Slot> slots;  // a power of two, at most a quarter in use
+  unsigned generation = 0;
+  std::size_t size = 0;  // of the registry
+};
+
+/// Looks a word up in the registry, without regard to case.
+///
+///   file, line  where the word stands
+///   self        out: the definition index of the unit of this name that is
+///               declared on this very line of this file, 0 if none is: then
+///               the word is a reference
+///   count       out: the number of units of this name
+///
+/// Returns the first unit of this name, or the registry's end.
+Declaration::Registry::iterator isDeclaration(const char* word, char** file,
+                                              int line, int& self, int& count);
+
+#endif
