@@ -35,13 +35,6 @@ void change_dir_to(ZelkorUserInterface* ui, const char* dir);
 /// fit is cut, with an alert.
 void store_current_directory(ZelkorUserInterface* ui, const char* path);
 
-/// Labels a menu with the last name of a path and fills it with the names
-/// before it, nearest first.
-///
-///   path  one trailing "/" is ignored, but shows in the label; the label
-///         points into this text, which must stay as long as the label
-void dir_menu(Fl_Menu_* menu, const char* path);
-
 /// Whether a path is a line of the Selected Files of gui_instance.
 bool already_included(const std::string& path);
 

@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "gui/file_panes.h"
+#include "gui/directory_menu.h"
 #include "tests/gui/main_window_fixture.h"
 #include "tests/gui/pixels.h"
 

@@ -1,0 +1,15 @@
+// The menu of the directories above the one that Potential Files shows.
+
+#ifndef ZELKOR_GUI_DIRECTORY_MENU_H
+#define ZELKOR_GUI_DIRECTORY_MENU_H
+
+class Fl_Menu_;
+
+/// Labels a menu with the last name of a path and fills it with the names
+/// before it, nearest first.
+///
+///   path  one trailing "/" is ignored, but shows in the label; the label
+///         points into this text, which must stay as long as the label
+void dir_menu(Fl_Menu_* menu, const char* path);
+
+#endif

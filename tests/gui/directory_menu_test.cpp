@@ -1,0 +1,111 @@
+#include "gui/directory_menu.h"
+
+#include <FL/Fl_Group.H>
+#include <FL/Fl_Menu_Button.H>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/gui/main_window_fixture.h"
+
+namespace {
+
+class DirMenu : public testing::Test {
+ protected:
+  DirMenu() : menu(0, 0, 100, 20, "old") { Fl_Group::current(nullptr); }
+
+  Fl_Menu_Button menu;
+};
+
+TEST_F(DirMenu, NamesTheDirectoryAndItsParents) {
+  const struct {
+    const char* path;
+    const char* label;
+    Texts items;
+  } cases[] = {
+      {"/home/user/src", "src", {"user", "home"}},
+      {"/home/user/src/", "src/", {"user", "home"}},
+      {"/", "/", {}},
+      {"//", "//", {}},
+      {"///", "//", {}},
+      {"", "", {}},
+      {"/usr", "usr", {}},
+      {"/usr/", "usr/", {}},
+      {"/usr//", "usr//", {}},
+      {"//usr", "usr", {}},
+      {"/usr/lib", "lib", {"usr"}},
+      {"//usr/lib", "lib", {"usr"}},
+      {"a", "a", {}},
+      {"a/", "a/", {}},
+      {"a/b", "b", {"a"}},
+      {"a/b/c", "c", {"b", "a"}},
+      {"a/b/c/", "c/", {"b", "a"}},
+      {"/x", "x", {}},
+      {"/a/b//", "b//", {"a"}},
+      {"/a//b", "b", {"a"}},
+      {"/a//b/c", "c", {"b", "a"}},
+      {"/a/b//c", "c", {"b", "a"}},
+      {"/a///b/", "b/", {"a"}},
+      {"/a/../b", "b", {"..", "a"}},
+      {"./a/b", "b", {"a", "."}},
+      {"/home/src/mysrc", "mysrc", {"src", "home"}},
+  };
+  for (const auto& c : cases) {
+    dir_menu(&menu, c.path);
+    EXPECT_STREQ(c.label, menu.label()) << c.path;
+    EXPECT_EQ(c.items, items_of(menu)) << c.path;
+  }
+}
+
+TEST_F(DirMenu, LabelPointsIntoThePath) {
+  const char path[] = "/home/user/src/";
+  dir_menu(&menu, path);
+  EXPECT_EQ(path + 11, menu.label());
+  const char one_name[] = "name";
+  dir_menu(&menu, one_name);
+  EXPECT_EQ(one_name, menu.label());
+}
+
+TEST_F(DirMenu, NameThatOccursTwiceIsOneItem) {
+  dir_menu(&menu, "/x/src/y/src/z");
+  EXPECT_EQ((Texts{"src", "y", "x"}), items_of(menu));
+}
+
+TEST_F(DirMenu, ItemsAreTheNamesAsTheyAre) {
+  const char* names[] = {"_hidden", "__init__", "_",    "a\\b",  "\\",
+                         "\\_x",    "_\\",      "a\\",  "R&D",   "&",
+                         "me@home", "@b",       "a|b",  "a\tb",  "100%",
+                         " ",       "a b",      "\xe9", "x\\\\", "_&@|\\_"};
+  for (const std::string name : names) {
+    const std::string path = "/top/" + name + "/last";
+    dir_menu(&menu, path.c_str());
+    EXPECT_EQ((Texts{name, "top"}), items_of(menu));
+    for (int item = 0; item < 2; ++item)
+      EXPECT_EQ(0, menu.mode(item)) << "no divider, no submenu: " << name;
+  }
+}
+
+TEST_F(DirMenu, LongestNamesFit) {
+  const std::string name(255, '\\');
+  const std::string path = "/" + name + "/last";
+  dir_menu(&menu, path.c_str());
+  EXPECT_EQ(Texts{name}, items_of(menu));
+}
+
+TEST_F(DirMenu, ItemsOfTheDirectoryBeforeAreGone) {
+  dir_menu(&menu, "/home/user/src");
+  dir_menu(&menu, "/usr");
+  EXPECT_EQ(Texts{}, items_of(menu));
+}
+
+TEST_F(DirMenu, ItemsCallTheMenusCallback) {
+  menu.callback([](Fl_Widget*, void* called) { ++*static_cast<int*>(called); });
+  int called = 0;
+  menu.user_data(&called);
+  dir_menu(&menu, "/home/user/src");
+  menu.picked(&menu.menu()[1]);
+  EXPECT_EQ(1, called);
+  EXPECT_STREQ("home", menu.text());
+}
+
+}  // namespace
