@@ -20,10 +20,10 @@
 #include "driver/settings.h"
 #include "driver/source_files.h"
 #include "driver/version.h"
-#include "gui/help_keys.h"
 #include "gui/special_browser.h"
 #include "gui/toolkit_versions.h"
 #include "gui/user_interface.h"
+#include "help/help_keys.h"
 
 // Whatever is opened while a standard stream is closed takes its place, and
 // would take the reports, too: a page, or the connection to the X server.

@@ -1,4 +1,4 @@
-#include "gui/help_keys.h"
+#include "help/help_keys.h"
 
 #include <FL/Fl.H>
 #include <FL/Fl_Box.H>

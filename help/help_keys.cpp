@@ -1,4 +1,4 @@
-#include "gui/help_keys.h"
+#include "help/help_keys.h"
 
 #include <FL/Fl.H>
 #include <FL/Fl_Window.H>
@@ -27,7 +27,7 @@ static std::string own_handbook() {
          "share/doc/zelkor/Zelkor_Handbook.html";
 }
 
-void show_handbook() {
+static void show_handbook() {
   const std::string common = locate_handbook(program_name);
   if (file_exists(common) != 0) {
     launch_handbook(program_name);
