@@ -14,25 +14,17 @@
 #include <cstdint>
 #include <string_view>
 
+#include "driver/ascii.h"
+
 /// Size of a buffer that receives a word, closing NUL included. Longer words
 /// are known by as many characters as fit, in every pass the same.
 constexpr int word_size = 256;
-
-/// Whether a character is a blank or one of \t \n \v \f \r.
-constexpr bool is_white_space(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 /// The column of the first character at or after a column that is not white
 /// space.
 inline int skip_white_space(const char* line, int column) {
   while (is_white_space(line[column])) ++column;
   return column;
-}
-
-/// The upper-case form of an ASCII letter; any other character is unchanged.
-constexpr char to_upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 /// Whether a character belongs to a word.

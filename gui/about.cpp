@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-#include "analysis/words.h"
+#include "driver/ascii.h"
 #include "gui/dialog.h"
 
 int est_num_lines(const char* text, int width) {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "analysis/words.h"
+#include "driver/ascii.h"
 
 void fix_path(std::string& path) {
   std::replace(path.begin(), path.end(), '\\', '/');

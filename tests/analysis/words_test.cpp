@@ -30,10 +30,6 @@ TEST(IsAlnum, TakesAsciiLettersDigitsUnderscoreAndDotAlone) {
             those_that(isALNUM));
 }
 
-TEST(IsWhiteSpace, TakesBlankAndTheFiveControlCharactersAlone) {
-  EXPECT_EQ("\t\n\v\f\r ", those_that(is_white_space));
-}
-
 TEST(SkipWhiteSpace, StopsAtTheFirstOtherCharacter) {
   EXPECT_EQ(6, skip_white_space(" \t\n\v\f\rx ", 0));
   EXPECT_EQ(3, skip_white_space("a  b", 1));
@@ -41,16 +37,6 @@ TEST(SkipWhiteSpace, StopsAtTheFirstOtherCharacter) {
   EXPECT_EQ(0, skip_white_space("\xa0", 0));
   EXPECT_EQ(2, skip_white_space("  ", 0));
   EXPECT_EQ(0, skip_white_space("", 0));
-}
-
-TEST(ToUpper, ChangesAsciiLettersAlone) {
-  const std::string lower = "abcdefghijklmnopqrstuvwxyz";
-  const std::string upper = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
-  for (const char c : all_bytes()) {
-    const std::size_t letter = lower.find(c);
-    EXPECT_EQ(letter == std::string::npos ? c : upper[letter], to_upper(c))
-        << "byte " << static_cast<int>(c);
-  }
 }
 
 // clang-format off
