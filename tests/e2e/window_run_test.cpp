@@ -7,8 +7,6 @@
 #include <FL/Fl_Window.H>
 #include <gtest/gtest.h>
 
-#include <stdlib.h>
-
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -17,12 +15,11 @@
 
 #include "driver/version.h"
 #include "gui/label_types.h"
+#include "tests/gui/pixels.h"
 #include "tests/support/capture.h"
 #include "tests/support/program.h"
 #include "tests/support/program_window.h"
-#include "tests/support/same_picture.h"
 #include "tests/support/temporary_folder.h"
-#include "tests/support/virtual_display.h"
 #include "tests/support/wait_until.h"
 
 // Xlib's macros would spoil the headers above if it came first.
@@ -37,17 +34,8 @@ const int status_y = 337;
 const int status_width = 414;
 const int status_height = 20;
 
-// What the status line of a window shows; nothing while that is not on screen.
-Pixels status_picture(Window window) {
-  XImage* image = XGetImage(fl_display, window, status_x, status_y,
-                            status_width, status_height, AllPlanes, ZPixmap);
-  if (image == nullptr) return {};
-  Pixels picture{status_width, {}};
-  for (int y = 0; y < status_height; ++y)
-    for (int x = 0; x < status_width; ++x)
-      picture.colours.push_back(XGetPixel(image, x, y));
-  XDestroyImage(image);
-  return picture;
+Pixels status_of(unsigned long window) {
+  return shown(window, status_x, status_y, status_width, status_height);
 }
 
 // What the status line looks like when it shows a text, drawn by the toolkit in
@@ -64,8 +52,7 @@ Pixels picture_of_status(const std::string& text) {
   window.end();
   window.show();
   while (window.damage() != 0) Fl::wait(0.02);
-  XSync(fl_display, False);
-  Pixels picture = status_picture(fl_xid(&window));
+  Pixels picture = status_of(fl_xid(&window));
   window.hide();
   Fl::check();
   return picture;
@@ -93,7 +80,6 @@ std::string with_date_mark(std::string page) {
 class WindowRun : public testing::Test {
  protected:
   void SetUp() override {
-    setenv("HOME", folder.path().c_str(), 1);
     fs::copy(fs::path(ZELKOR_E2E_FOLDER) / "plume", ".",
              fs::copy_options::recursive);
     Fl::args(0, nullptr);
@@ -110,16 +96,15 @@ class WindowRun : public testing::Test {
 
   void wait_for_status(const std::string& text) {
     const Pixels expected = picture_of_status(text);
-    Pixels shown;
+    Pixels status;
     wait_until([&] {
-      shown = status_picture(window.id());
-      return shown == expected;
+      status = status_of(window.id());
+      return status == expected;
     });
-    ASSERT_PRED_FORMAT2(same_picture, expected, shown);
+    ASSERT_PRED_FORMAT2(same_picture, expected, status);
   }
 
   TemporaryFolder folder;
-  VirtualDisplay display;
   ProgramWindow window;
   std::unique_ptr<Program> program;
 };
@@ -132,9 +117,8 @@ TEST_F(WindowRun, WritesTheExpectedPagesAndReports) {
   window.click(395, 62);  // the Level choice, at "None"
   window.press_key("Down");
   window.press_key("Return");
-  window.click(150, 77);  // the output directory
-  window.type("pages");
-  window.click(115, 25);  // Generate HTML
+  window.name_output_directory("pages");
+  window.press_generate();
   wait_for_status("HTML complete!");
 
   const auto pages = folder_content("pages");

@@ -98,9 +98,8 @@ class ProgramRun : public testing::Test {
 
   // Names the output directory and begins a run.
   void press_generate() {
-    window->click(150, 77);
-    window->type("pages");
-    window->click(115, 25);
+    window->name_output_directory("pages");
+    window->press_generate();
   }
 
   // The exit status of the program, which is to end by itself.
@@ -247,7 +246,7 @@ TEST_F(HeldRun, EscapeLetsTheRunEnd) {
 
 TEST_F(HeldRun, FurtherPressesOnGenerateAreIgnored) {
   run_up_to_page_b();
-  for (int press = 0; press < 3; ++press) window->click(115, 25);
+  for (int press = 0; press < 3; ++press) window->press_generate();
   source.serve("y = 1\n");
   EXPECT_TRUE(wait_until([] { return is_whole("pages/index.html"); }));
   EXPECT_EQ(0, close_and_end());

@@ -6,7 +6,7 @@
 
 #include <stdexcept>
 
-static Pixels picture_of(Drawable drawable, int x, int y, int w, int h) {
+Pixels shown(unsigned long drawable, int x, int y, int w, int h) {
   XSync(fl_display, False);
   XImage* image =
       XGetImage(fl_display, drawable, x, y, static_cast<unsigned>(w),
@@ -29,11 +29,11 @@ Pixels drawn(int w, int h, Fl_Color background,
   fl_rectf(0, 0, w, h);
   calls();
   fl_end_offscreen();
-  Pixels result = picture_of(offscreen, 0, 0, w, h);
+  Pixels result = shown(offscreen, 0, 0, w, h);
   fl_delete_offscreen(offscreen);
   return result;
 }
 
 Pixels shown(const Fl_Window& window, int x, int y, int w, int h) {
-  return picture_of(fl_xid(&window), x, y, w, h);
+  return shown(fl_xid(&window), x, y, w, h);
 }

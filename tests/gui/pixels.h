@@ -18,4 +18,7 @@ Pixels drawn(int w, int h, Fl_Color background,
 /// What a rectangle of a window that is drawn shows.
 Pixels shown(const Fl_Window& window, int x, int y, int w, int h);
 
+/// The same of a window of another program, by its number on the display.
+Pixels shown(unsigned long window, int x, int y, int w, int h);
+
 #endif

@@ -13,8 +13,10 @@
 
 static const char mark[] = "ZELKOR_TEST_ALONE";
 
+bool runs_alone() { return getenv(mark) != nullptr; }
+
 void alone(const std::function<void()>& body) {
-  if (getenv(mark) != nullptr) {
+  if (runs_alone()) {
     unsetenv(mark);
     body();
     return;
@@ -25,6 +27,9 @@ void alone(const std::function<void()>& body) {
   as_administrator([&test] {
     TemporaryFolder folder;
     setenv(mark, "1", 1);
+    // This process has taken its share already.
+    unsetenv("GTEST_TOTAL_SHARDS");
+    unsetenv("GTEST_SHARD_INDEX");
     Program program(
         {"/proc/self/exe", std::string("--gtest_filter=") +
                                test.test_suite_name() + "." + test.name()},

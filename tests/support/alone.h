@@ -9,4 +9,7 @@
 /// program again for this one test. A failure there is a failure here.
 void alone(const std::function<void()>& body);
 
+/// Whether this process was started for such a test, whose body has yet to run.
+bool runs_alone();
+
 #endif

@@ -89,10 +89,20 @@ void ProgramWindow::click(int x, int y) {
            std::to_string(y), "click", "1"});
 }
 
-void ProgramWindow::type(const std::string& keys) { xdotool({"type", keys}); }
-
 void ProgramWindow::press_key(const std::string& name) {
   xdotool({"key", name});
+}
+
+void ProgramWindow::name_output_directory(const std::string& name) {
+  click(150, 77);
+  xdotool({"type", name});
+}
+
+void ProgramWindow::press_generate() { click(115, 25); }
+
+void ProgramWindow::press_key_over_window(const std::string& name) {
+  click(265, 230);
+  press_key(name);
 }
 
 bool ProgramWindow::is_drawn() const {

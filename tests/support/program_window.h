@@ -40,8 +40,16 @@ class ProgramWindow {
   bool is_drawn() const;
 
   void click(int x, int y);
-  void type(const std::string& keys);
   void press_key(const std::string& name);
+
+  /// Types a text into the field of the output directory.
+  void name_output_directory(const std::string& name);
+
+  /// Clicks at Generate HTML.
+  void press_generate();
+
+  /// Presses a key with the mouse where no widget is.
+  void press_key_over_window(const std::string& name);
 
   /// Asks it to close, as a window manager does.
   void close();
