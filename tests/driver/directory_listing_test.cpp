@@ -25,10 +25,6 @@ class ListDirectory : public testing::Test {
   TemporaryFolder folder;
 };
 
-TEST_F(ListDirectory, AnEmptyDirectoryHoldsItselfAndItsParent) {
-  EXPECT_EQ((Names{".", ".."}), list_directory("./"));
-}
-
 TEST_F(ListDirectory, DirectoriesAndLinksToThemHaveBareNames) {
   fs::create_directory("sub");
   fs::create_directory_symlink("sub", "link");
@@ -36,22 +32,18 @@ TEST_F(ListDirectory, DirectoriesAndLinksToThemHaveBareNames) {
   fs::create_symlink("nothing", "dangling");
   EXPECT_EQ((Names{".", "..", "dangling", "file", "link", "sub"}),
             list_directory("."));
+  EXPECT_EQ((Names{".", ".."}), list_directory("sub"));
 }
 
 TEST_F(ListDirectory, NamesAreSortedByByteAndNumbersByValue) {
-  for (const char* name : {"m10.f90", "m2.f90", "m1", "b", "B", "a", ".hidden",
-                           "Z", "_", "10", "9"})
+  for (const char* name :
+       {"m10.f90", "m2.f90", "m1", "b", "B", "a", ".hidden", "Z", "_", "10",
+        "9", " blank ", "100%s", "@b", "back\\slash"})
     write_file(name, "");
-  EXPECT_EQ((Names{".", "..", ".hidden", "9", "10", "B", "Z", "_", "a", "b",
-                   "m1", "m2.f90", "m10.f90"}),
-            list_directory("./"));
-}
-
-TEST_F(ListDirectory, OddNamesStayAsTheyAre) {
-  for (const char* name : {" blank ", "100%s", "@b", "back\\slash"})
-    write_file(name, "");
-  EXPECT_EQ((Names{" blank ", ".", "..", "100%s", "@b", "back\\slash"}),
-            list_directory("./"));
+  EXPECT_EQ(
+      (Names{" blank ", ".", "..", ".hidden", "9", "10", "100%s", "@b", "B",
+             "Z", "_", "a", "b", "back\\slash", "m1", "m2.f90", "m10.f90"}),
+      list_directory("./"));
 }
 
 // The toolkit sorts a byte above 127 as a negative number up to 1.3 and as a
@@ -81,9 +73,6 @@ TEST_F(ListDirectory, WhatCannotBeListedHoldsNothing) {
   write_file("file", "");
   for (const char* path : {"missing", "missing/", "file", "file/", ""})
     EXPECT_EQ(Names{}, list_directory(path)) << path;
-}
-
-TEST_F(ListDirectory, ARemovedWorkingDirectoryHoldsNothing) {
   fs::create_directory("gone");
   fs::current_path("gone");
   fs::remove(folder.path() / "gone");
@@ -140,8 +129,6 @@ TEST_F(IsDirectory, TakesPathsOfAnyLength) {
   for (int level = 0; level < 15; ++level) path += std::string(200, 'd') + "/";
   fs::create_directories(path);
   EXPECT_TRUE(is_directory(path));
-  EXPECT_TRUE(is_directory(path.substr(0, path.size() - 1)));
-  EXPECT_TRUE(is_directory(path + "//"));
   EXPECT_FALSE(is_directory(path + "missing/"));
   EXPECT_FALSE(is_directory(std::string(100000, 'd') + "/"));
 }

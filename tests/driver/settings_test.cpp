@@ -31,53 +31,39 @@ static std::time_t time_before_initialisation;
   time_before_initialisation = std::time(nullptr);
 }
 
-// The settings as the program starts with them, whatever other tests do later.
-class InitialSettings : public ::testing::Environment {
- public:
-  void SetUp() override {
-    if (taken) return;
-    taken = true;
-    time_after_initialisation = std::time(nullptr);
-    style = html_style;
-    dir = html_dir;
-    verbosity = verbose;
-    separator = slash;
-    time = date_time;
-    gui = gui_instance;
-  }
-
-  bool taken = false;
-  std::time_t time_after_initialisation = 0;
-  std::uint32_t style = 0;
-  std::string dir;
-  int verbosity = -1;
-  char separator = '\0';
-  std::time_t time = 0;
-  ZelkorUserInterface* gui = nullptr;
+struct Settings {
+  std::uint32_t style = html_style;
+  std::string dir = html_dir;
+  int verbosity = verbose;
+  char separator = slash;
+  std::time_t time = date_time;
+  ZelkorUserInterface* gui = gui_instance;
+  std::time_t time_after_initialisation = std::time(nullptr);
 };
 
-static const auto* const initial = static_cast<InitialSettings*>(
-    ::testing::AddGlobalTestEnvironment(new InitialSettings));
-
-TEST(Settings, WriteTheIndexInBoldWithoutHighlightingAtFirst) {
-  EXPECT_EQ(8226u, initial->style);
-  EXPECT_EQ(2u + 32u + 8192u, initial->style);
+// The settings as the program starts with them, whatever tests do later.
+static const Settings& initial_settings() {
+  static const Settings settings;
+  return settings;
 }
 
-TEST(Settings, PutPagesIntoHtmlBelowTheWorkingDirectoryAtFirst) {
-  EXPECT_EQ("HTML", initial->dir);
-}
+class InitialSettings : public testing::Environment {
+  void SetUp() override { initial_settings(); }
+};
 
-TEST(Settings, AreSilentAtFirst) { EXPECT_EQ(0, initial->verbosity); }
+static const auto* const initial =
+    testing::AddGlobalTestEnvironment(new InitialSettings);
 
-TEST(Settings, SeparatePathsBySlash) { EXPECT_EQ('/', initial->separator); }
-
-TEST(Settings, KnowNoWindowAtFirst) { EXPECT_EQ(nullptr, initial->gui); }
-
-TEST(Settings, HoldTheTimeOfTheirInitialisationAtFirst) {
+TEST(Settings, HaveTheseValuesAtFirst) {
+  const Settings& first = initial_settings();
+  EXPECT_EQ(8226u, first.style);
+  EXPECT_EQ("HTML", first.dir);
+  EXPECT_EQ(0, first.verbosity);
+  EXPECT_EQ('/', first.separator);
+  EXPECT_EQ(nullptr, first.gui);
   ASSERT_NE(0, time_before_initialisation);
-  EXPECT_LE(time_before_initialisation, initial->time);
-  EXPECT_LE(initial->time, initial->time_after_initialisation);
+  EXPECT_LE(time_before_initialisation, first.time);
+  EXPECT_LE(first.time, first.time_after_initialisation);
 }
 
 TEST(Settings, HaveTheirStyleBitsAtFixedValues) {
@@ -91,22 +77,18 @@ TEST(Settings, HaveTheirStyleBitsAtFixedValues) {
   EXPECT_EQ(8192u, LEVEL_NONE);
 }
 
-TEST(Settings, NameTheIndexPage) {
+TEST(Settings, HoldTheTextsOfThePages) {
   EXPECT_EQ("Hyperlinked Fortran Source Tree by Qumbra", index_title);
-}
-
-TEST(Settings, HoldTheTrailerAsAFormatOfOneText) {
   EXPECT_EQ(
       "<hr><small>Generated %s by <a href=\"https://zelkor.example/\">zelkor"
       "</a>, A CASE Tool from <a href=\"mailto:zelkor@qumbra.example\">Qumbra"
       "</a></small>",
       page_trailer);
-  EXPECT_EQ(page_trailer.find('%'), page_trailer.rfind('%'));
 }
 
 // A run over one file that declares a unit and names it in a comment and in a
 // string.
-class SettingsInARun : public ::testing::Test {
+class SettingsInARun : public testing::Test {
  protected:
   SettingsInARun() {
     write_file("a.f90",
@@ -116,62 +98,44 @@ class SettingsInARun : public ::testing::Test {
                "end\n");
     std::filesystem::create_directory("HTML");
   }
-
   ~SettingsInARun() override { progress_reports.clear(); }
 
-  static std::string run() {
+  // Returns the reports.
+  std::string run() {
     char path[] = "a.f90";
     char* files[] = {path};
     std::string report = printed([&] { gen_html(1, files); });
-    references = 0;
-    for (const auto& entry : Declaration::decs)
-      references += entry.second->callers.size();
-    Declaration::forget_all();
+    references = Declaration::decs.begin()->second->callers.size();
+    pages.clear();
+    for (const auto& page : std::filesystem::directory_iterator("HTML")) {
+      pages += content_of(page.path());
+      std::filesystem::remove(page);
+    }
     return report;
   }
-
-  static std::string all_pages() {
-    std::string text;
-    for (const auto& page : std::filesystem::directory_iterator("HTML"))
-      text += content_of(page.path());
-    return text;
+  bool pages_show(const std::string& text) const {
+    return pages.find(text) != std::string::npos;
   }
 
-  static std::size_t references;
   TemporaryFolder folder;
   SettingsGuard guard;
+  std::string pages;
+  std::size_t references = 0;
 };
 
-std::size_t SettingsInARun::references = 0;
-
-TEST_F(SettingsInARun, InitialStyleHighlightsNoKeyword) {
-  html_style = initial->style;
+TEST_F(SettingsInARun, InitialStyleWritesTheIndexHighlightsAndHidesNothing) {
+  html_style = initial_settings().style;
   for (const Syntax* entry = Syntax::first; entry; entry = entry->next)
     EXPECT_EQ(nullptr, isSyntax(entry->word)) << entry->word;
   run();
-  EXPECT_EQ(std::string::npos, all_pages().find("<b>if</b>"));
-  html_style |= LEVEL_2;
-  run();
-  EXPECT_NE(std::string::npos, all_pages().find("<b>if</b>"));
-}
-
-TEST_F(SettingsInARun, InitialStyleWritesTheIndexPage) {
-  html_style = initial->style;
-  run();
-  EXPECT_NE(std::string::npos, all_pages().find(index_title));
-  std::filesystem::remove_all("HTML");
-  std::filesystem::create_directory("HTML");
-  html_style &= ~WRITE_INDEX;
-  run();
-  EXPECT_EQ(std::string::npos, all_pages().find(index_title));
-}
-
-TEST_F(SettingsInARun, InitialStyleHidesNoStringsAndComments) {
-  html_style = initial->style;
-  run();
+  EXPECT_FALSE(pages_show("<b>if</b>"));
+  EXPECT_TRUE(pages_show(index_title));
   EXPECT_EQ(2u, references);
-  html_style |= HIDE_STRINGS_AND_COMMENTS;
+
+  html_style = LEVEL_2 | BOLD_KEYWORDS | HIDE_STRINGS_AND_COMMENTS;
   run();
+  EXPECT_TRUE(pages_show("<b>if</b>"));
+  EXPECT_FALSE(pages_show(index_title));
   EXPECT_EQ(0u, references);
 }
 

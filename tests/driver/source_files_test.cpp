@@ -30,93 +30,61 @@ class CollectFiles : public testing::Test {
   TemporaryFolder folder;
 };
 
-TEST_F(CollectFiles, FindsTheFilesOfADirectoryAndThoseBelow) {
-  write_files({"b.f90", "a.F90", "c.f90", "sub/d.f90"});
-  EXPECT_EQ((Paths{"./b.f90", "./c.f90", "./sub/d.f90"}),
-            collect_files("./", {"f90"}, true));
-}
+// clang-format off
+const struct {
+  Paths files;
+  const char* directory;
+  std::set<std::string> extensions;
+  bool recursive;
+  Paths found;
+} cases[] = {
+    // a directory's own files come before those of any directory in it
+    {{"b.f90", "a.F90", "c.f90", "sub/d.f90"}, "./", {"f90"}, true,
+     {"./b.f90", "./c.f90", "./sub/d.f90"}},
+    {{"b.f90", "a.F90", "c.f90", "sub/d.f90"}, "./", {"f90"}, false,
+     {"./b.f90", "./c.f90"}},
+    {{"z.f90", "a/z.f90", "a/a/x.f90", "a/b.f90", "b/y.f90"}, "./", {"f90"},
+     true, {"./z.f90", "./a/b.f90", "./a/z.f90", "./a/a/x.f90", "./b/y.f90"}},
+    {{".hidden/x.f90", "..dots/y.f90"}, "./", {"f90"}, true,
+     {"./..dots/y.f90", "./.hidden/x.f90"}},
+    {{"dir.f90/x.f90"}, "./", {"f90"}, false, {}},
+    {{"dir.f90/x.f90"}, "./", {"f90"}, true, {"./dir.f90/x.f90"}},
+    // numbers are ordered by value
+    {{"m10.f90", "m2.f90", "m1.f90"}, "./", {"f90"}, false,
+     {"./m1.f90", "./m2.f90", "./m10.f90"}},
+    {{"d10/x.f90", "d9/x.f90", "D10/x.f90"}, "./", {"f90"}, true,
+     {"./D10/x.f90", "./d9/x.f90", "./d10/x.f90"}},
+    // paths begin with the directory as given
+    {{"src/x.f90", "src/sub/y.f90"}, "src/", {"f90"}, true,
+     {"src/x.f90", "src/sub/y.f90"}},
+    {{"src/x.f90"}, "./src/../src/", {"f90"}, false, {"./src/../src/x.f90"}},
+    // the text after the last point is compared exactly
+    {{"a.f95", "b.f90", "c.F90", "d.f"}, "./", {"F90", "f90", "f95"}, false,
+     {"./a.f95", "./b.f90", "./c.F90"}},
+    {{"b.f90", "sub/d.f90", "noext"}, "./", {}, true, {}},
+    {{"solver.old.f90", ".setup.f90", ".f90", "x.f900", "x.F90", "xf90", "f90",
+      "x.f90.", "x.f90~", "x.f9", "x. f90", "d.f90/y"}, "./", {"f90"}, true,
+     {"./.f90", "./.setup.f90", "./solver.old.f90"}},
+    {{"x.f90", "x..f90"}, "./", {".f90", "x.f90"}, true, {}},
+    {{"x.f90", "x.f95", "y.*"}, "./", {"*", "f9?", "f9[05]"}, false, {"./y.*"}},
+    {{"Makefile", "x.", "x.f90", "d.x/noext"}, "./", {""}, true,
+     {"./Makefile", "./x.", "./d.x/noext"}},
+    // names stay as they are
+    {{"a b.f90", "100%s.f90", "@x.f90", "d/\xe9.f90"}, "./", {"f90"}, true,
+     {"./100%s.f90", "./@x.f90", "./a b.f90", "./d/\xe9.f90"}},
+    // what cannot be listed yields nothing
+    {{"file.f90"}, "missing/", {"f90"}, true, {}},
+    {{"file.f90"}, "file.f90/", {"f90"}, true, {}},
+};
+// clang-format on
 
-TEST_F(CollectFiles, DoesNotDescendUnlessAsked) {
-  write_files({"b.f90", "a.F90", "c.f90", "sub/d.f90"});
-  EXPECT_EQ((Paths{"./b.f90", "./c.f90"}), collect_files("./", {"f90"}, false));
-}
-
-TEST_F(CollectFiles, OrdersNumbersByValue) {
-  write_files({"m10.f90", "m2.f90", "m1.f90"});
-  EXPECT_EQ((Paths{"./m1.f90", "./m2.f90", "./m10.f90"}),
-            collect_files("./", {"f90"}, false));
-}
-
-TEST_F(CollectFiles, OrdersDirectoriesByNumberToo) {
-  write_files({"d10/x.f90", "d9/x.f90", "D10/x.f90"});
-  EXPECT_EQ((Paths{"./D10/x.f90", "./d9/x.f90", "./d10/x.f90"}),
-            collect_files("./", {"f90"}, true));
-}
-
-TEST_F(CollectFiles, OwnFilesComeBeforeThoseOfAnyDirectory) {
-  write_files({"z.f90", "a/z.f90", "a/a/x.f90", "a/b.f90", "b/y.f90"});
-  EXPECT_EQ(
-      (Paths{"./z.f90", "./a/b.f90", "./a/z.f90", "./a/a/x.f90", "./b/y.f90"}),
-      collect_files("./", {"f90"}, true));
-}
-
-TEST_F(CollectFiles, PathsBeginWithTheDirectoryAsGiven) {
-  write_files({"src/x.f90", "src/sub/y.f90"});
-  EXPECT_EQ((Paths{"src/x.f90", "src/sub/y.f90"}),
-            collect_files("src/", {"f90"}, true));
-  const std::string absolute = folder.path() / "src/";
-  EXPECT_EQ((Paths{absolute + "x.f90", absolute + "sub/y.f90"}),
-            collect_files(absolute.c_str(), {"f90"}, true));
-  EXPECT_EQ((Paths{"./src/../src/x.f90"}),
-            collect_files("./src/../src/", {"f90"}, false));
-}
-
-TEST_F(CollectFiles, TakesSeveralExtensionsInOneOrder) {
-  write_files({"a.f95", "b.f90", "c.F90", "d.f"});
-  EXPECT_EQ((Paths{"./a.f95", "./b.f90", "./c.F90"}),
-            collect_files("./", {"F90", "f90", "f95"}, false));
-}
-
-TEST_F(CollectFiles, AnEmptySetFindsNothing) {
-  write_files({"b.f90", "sub/d.f90", "noext"});
-  EXPECT_EQ(Paths{}, collect_files("./", {}, true));
-}
-
-TEST_F(CollectFiles, ComparesTheTextAfterTheLastPointExactly) {
-  write_files({"solver.old.f90", ".setup.f90", ".f90", "x.f900", "x.F90",
-               "xf90", "f90", "x.f90.", "x.f90~", "x.f9", "x. f90", "d.f90/y"});
-  EXPECT_EQ((Paths{"./.f90", "./.setup.f90", "./solver.old.f90"}),
-            collect_files("./", {"f90"}, true));
-  EXPECT_EQ(Paths{}, collect_files("./", {"old.f90"}, true));
-}
-
-TEST_F(CollectFiles, AnExtensionGivenWithItsPointMatchesNothing) {
-  write_files({"x.f90", "x..f90"});
-  EXPECT_EQ(Paths{}, collect_files("./", {".f90"}, true));
-}
-
-TEST_F(CollectFiles, ExtensionsAreNoPatterns) {
-  write_files({"x.f90", "x.f95", "y.*"});
-  EXPECT_EQ((Paths{"./y.*"}),
-            collect_files("./", {"*", "f9?", "f9[05]"}, false));
-}
-
-TEST_F(CollectFiles, TheEmptyExtensionIsThatOfNamesWithoutOrEndingInAPoint) {
-  write_files({"Makefile", "x.", "x.f90", "d.x/noext"});
-  EXPECT_EQ((Paths{"./Makefile", "./x.", "./d.x/noext"}),
-            collect_files("./", {""}, true));
-}
-
-TEST_F(CollectFiles, ADirectoryIsNeverAFileWhateverItsName) {
-  write_files({"dir.f90/x.f90"});
-  EXPECT_EQ(Paths{}, collect_files("./", {"f90"}, false));
-  EXPECT_EQ((Paths{"./dir.f90/x.f90"}), collect_files("./", {"f90"}, true));
-}
-
-TEST_F(CollectFiles, DescendsIntoHiddenDirectories) {
-  write_files({".hidden/x.f90", "..dots/y.f90"});
-  EXPECT_EQ((Paths{"./..dots/y.f90", "./.hidden/x.f90"}),
-            collect_files("./", {"f90"}, true));
+TEST_F(CollectFiles, FindsTheseFiles) {
+  for (const auto& c : cases) {
+    const TemporaryFolder of_the_case;
+    write_files(c.files);
+    EXPECT_EQ(c.found, collect_files(c.directory, c.extensions, c.recursive))
+        << testing::PrintToString(c.files);
+  }
 }
 
 TEST_F(CollectFiles, FollowsLinks) {
@@ -148,36 +116,21 @@ TEST_F(CollectFiles, FollowsALinkToAnAncestorUntilTheSystemRefuses) {
   }
 }
 
-TEST_F(CollectFiles, ADirectoryThatCannotBeListedYieldsNothing) {
-  write_files({"file.f90"});
-  EXPECT_EQ(Paths{}, collect_files("missing/", {"f90"}, true));
-  EXPECT_EQ(Paths{}, collect_files("file.f90/", {"f90"}, true));
-}
-
-TEST_F(CollectFiles, DirectoriesWithoutRightsYieldNothing) {
-  write_files({"a/x.f90", "locked/y.f90", "z/z.f90"});
+// Of a directory without the right to search it the names can be listed, but
+// nothing can be told of what bears them.
+TEST_F(CollectFiles, RightsThatAreMissingHideNothingElse) {
+  write_files({"a/x.f90", "locked/y.f90", "r/x.f90", "r/y.txt",
+               "r/dir.f90/z.f90", "z/z.f90"});
   fs::permissions(folder.path(), fs::perms(0755));
   fs::permissions("locked", fs::perms::none);
-  {
-    const AsOrdinaryUser user;
-    EXPECT_EQ((Paths{"./a/x.f90", "./z/z.f90"}),
-              collect_files("./", {"f90"}, true));
-  }
-  fs::permissions("locked", fs::perms::owner_all);
-}
-
-// Without the right to search a directory its names can be listed, but nothing
-// can be told of what bears them.
-TEST_F(CollectFiles, JudgesEntriesOfAnUnsearchableDirectoryByTheirExtensions) {
-  write_files({"r/x.f90", "r/y.txt", "r/dir.f90/z.f90"});
-  fs::permissions(folder.path(), fs::perms(0755));
   fs::permissions("r", fs::perms(0444));
   {
     const AsOrdinaryUser user;
-    EXPECT_EQ((Paths{"./r/dir.f90", "./r/x.f90"}),
+    EXPECT_EQ((Paths{"./a/x.f90", "./r/dir.f90", "./r/x.f90", "./z/z.f90"}),
               collect_files("./", {"f90"}, true));
   }
-  fs::permissions("r", fs::perms::owner_all);
+  for (const char* path : {"locked", "r"})
+    fs::permissions(path, fs::perms::owner_all);
 }
 
 TEST_F(CollectFiles, ARemovedWorkingDirectoryYieldsNothing) {
@@ -186,22 +139,6 @@ TEST_F(CollectFiles, ARemovedWorkingDirectoryYieldsNothing) {
   fs::remove(folder.path() / "gone");
   EXPECT_EQ(Paths{}, collect_files("./", {"f90"}, true));
   fs::current_path(folder.path());
-}
-
-TEST_F(CollectFiles, OddNamesAreCollectedAsTheyAre) {
-  write_files({"a b.f90", "100%s.f90", "@x.f90", "d/\xe9.f90",
-               std::string(251, 'n') + ".f90"});
-  EXPECT_EQ((Paths{"./100%s.f90", "./@x.f90", "./a b.f90",
-                   "./" + std::string(251, 'n') + ".f90", "./d/\xe9.f90"}),
-            collect_files("./", {"f90"}, true));
-}
-
-TEST_F(CollectFiles, PathsMayBeLong) {
-  std::string deep;
-  for (int level = 0; level < 12; ++level)
-    deep += std::string(100, static_cast<char>('a' + level)) + "/";
-  write_files({deep + "x.f90"});
-  EXPECT_EQ((Paths{"./" + deep + "x.f90"}), collect_files("./", {"f90"}, true));
 }
 
 // A path of the system has 4095 bytes at most.
