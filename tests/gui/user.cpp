@@ -188,3 +188,10 @@ Fl_Widget* button_of(Fl_Group& group, const std::string& label) {
   }
   return nullptr;
 }
+
+Fl_Help_View* help_view() {
+  for (Fl_Window* w = Fl::first_window(); w != nullptr; w = Fl::next_window(w))
+    for (int i = 0; i < w->children(); ++i)
+      if (auto* view = dynamic_cast<Fl_Help_View*>(w->child(i))) return view;
+  return nullptr;
+}

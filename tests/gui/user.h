@@ -5,6 +5,7 @@
 
 #include <FL/Fl.H>
 #include <FL/Fl_Browser.H>
+#include <FL/Fl_Help_View.H>
 #include <FL/Fl_Window.H>
 
 #include <functional>
@@ -83,5 +84,8 @@ class MessageBoxes {
 /// A visible button of a window, or of the groups in it, by its label; null
 /// when there is none.
 Fl_Widget* button_of(Fl_Group& group, const std::string& label);
+
+/// What the help viewer shows; null when it is not on screen.
+Fl_Help_View* help_view();
 
 #endif
