@@ -1,75 +1,38 @@
 #include "tests/support/page_text.h"
 
-#include <vector>
+#include <fstream>
+#include <iterator>
 
-namespace {
+static const std::string page_end = "</body>\n</html>\n";
 
-const std::vector<std::string> notes = {
-    "'span' does not break a line, while 'div' does",
-    "z-index:1->2; drops background [mac/mozilla]",
-    ("display:none->block; instead of left:-999->auto;"
-     "  also drops background [mac/mozilla]"),
-    "leave position: absolute  otherwise it is not overlayed",
-    "use '>' to restrict to only the current block",
-};
+// Read at the start, for a test may give up the right to read it.
+static const std::string head = [] {
+  std::ifstream file(ZELKOR_PAGE_HEAD, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(file), {});
+}();
 
-struct Rule {
-  std::string selector;
-  std::vector<std::string> declarations;
-};
-
-const std::string relative_to_me =
-    "position: relative; /* so popup's absolute will be relative to me */";
-const std::string narrowest = "width:1px; /* force narrowest possible*/";
-const std::string border = "border-spacing: 5px; border: thin solid black;";
-
-// clang-format off
-const std::vector<Rule> rules = {
-    {"img", {"position: absolute;", "left: 0px;"}},
-    {"span.popup", {"z-index:1;", relative_to_me}},
-    {"span.popup table.pane",
-     {"z-index:1;", "position: absolute;", "left: -999em;", narrowest, border,
-      "background: #FFD;"}},
-    {"span.popup:hover > table.pane", {"left: 2;", "z-index:1000;"}},
-    {"span.popup:hover > table.pane a", {"color: #00E;"}},
-    {"b.multiref",
-     {"color: #00E; text-decoration:underline;", relative_to_me}},
-    {"b.multiref table.pane",
-     {"position: absolute;", "left: -999em;", narrowest, border,
-      "background: #FFD;"}},
-    {"b.multiref:hover > table.pane", {"z-index:1000;", "left: 2;"}},
-    {"b.multiref:hover > table.pane a", {"color: #00E;"}},
-};
-// clang-format on
-
-}  // namespace
-
-std::string page_head() {
-  const std::string indent(8, ' ');
-  std::string head = "<html>\n<head>\n<style type=\"text/css\">\n";
-  for (const std::string& note : notes) head += indent + "/* " + note + " */\n";
-  for (const Rule& rule : rules) {
-    head += indent + "#nav " + rule.selector + " {\n";
-    for (const std::string& declaration : rule.declarations)
-      head += indent + "  " + declaration + "\n";
-    head += indent + "}\n";
-  }
-  return head + "</style>\n</head>\n<body>\n";
-}
+const std::string& page_head() { return head; }
 
 std::string page_tail(std::time_t time_stamp) {
-  char date[32];
-  std::strftime(date, sizeof date, "%a %b %e %H:%M:%S %Y",
-                std::gmtime(&time_stamp));
-  return "<hr><small>Generated " + std::string(date) +
-         "\n by <a href=\"https://zelkor.example/\">zelkor</a>, A CASE Tool "
-         "from <a href=\"mailto:zelkor@qumbra.example\">Qumbra</a></small>"
-         "</body>\n</html>\n";
+  return "<hr><small>Generated " + std::string(std::ctime(&time_stamp)) +
+         " by <a href=\"https://zelkor.example/\">zelkor</a>, A CASE Tool "
+         "from <a href=\"mailto:zelkor@qumbra.example\">Qumbra</a></small>" +
+         page_end;
+}
+
+bool is_whole_page(const std::string& path) {
+  std::string beginning(head.size(), ' ');
+  std::string end(page_end.size(), ' ');
+  std::ifstream page(path, std::ios::binary);
+  page.read(beginning.data(), static_cast<std::streamsize>(head.size()));
+  page.seekg(-static_cast<std::streamoff>(end.size()), std::ios::end);
+  page.read(end.data(), static_cast<std::streamsize>(end.size()));
+  return page && beginning == head && end == page_end;
 }
 
 std::string source_page(const std::string& title, const std::string& content,
                         std::time_t time_stamp) {
-  return page_head() + "<TITLE>" + title + "</TITLE>\n<H1>" + title +
+  return head + "<TITLE>" + title + "</TITLE>\n<H1>" + title +
          "</H1>\n<code> <pre>\n" + content + "</pre> </code>\n" +
          page_tail(time_stamp);
 }
@@ -88,4 +51,21 @@ std::string definitions_pane(const std::string& word,
                              const std::string& items) {
   return multiref_opening + word + pane_opening +
          "<small>Definitions:</small>\n" + items + multiref_closing;
+}
+
+std::string pane_item(const std::string& page, const std::string& path,
+                      const std::string& name, int index, int line) {
+  return "<a href=\"" + page + "#" + name + "-" + std::to_string(index) +
+         "\"><small>" + path + ":" + std::to_string(line) +
+         "</small></a><br/>\n";
+}
+
+std::string index_menu(const std::string& kind, const std::string& items) {
+  return "&nbsp;&nbsp;&nbsp; <a HREF=\"#" + kind + "\">" + kind + "S</a>" +
+         menu_opening + items + menu_closing;
+}
+
+std::string index_list(const std::string& kind, const std::string& bullets) {
+  return "<H2><a NAME=\"" + kind + "\">" + kind +
+         " Declarations</a></H2><UL>\n" + bullets + "\n</UL>\n\n";
 }

@@ -6,6 +6,7 @@
 
 #include <ctime>
 #include <string>
+#include <vector>
 
 inline const std::string pane_opening =
     "<table class=\"pane\"><tr><td style=\"vertical-align:top;\">\n";
@@ -21,10 +22,13 @@ inline const std::string multiref_opening =
 inline const std::string multiref_closing = "</td></tr></table></b></span>";
 
 /// The head of every page, from "<html>" to "<body>".
-std::string page_head();
+const std::string& page_head();
 
-/// The end of every page of a run, from the rule on; times are shown in UTC.
+/// The end of every page of a run, from the rule on.
 std::string page_tail(std::time_t time_stamp);
+
+/// Whether a file is there and is a page with its head and its end.
+bool is_whole_page(const std::string& path);
 
 /// A whole source page.
 ///
@@ -41,5 +45,18 @@ std::string caller(const std::string& page, const std::string& path, int line);
 
 /// The "Definitions:" pane over a word, with these items.
 std::string definitions_pane(const std::string& word, const std::string& items);
+
+/// The item of such a pane for the unit of this index.
+std::string pane_item(const std::string& page, const std::string& path,
+                      const std::string& name, int index, int line);
+
+/// The keywords of the kinds of units, in the order of the index.
+inline const std::vector<std::string> unit_kinds = {
+    "PROGRAM", "MODULE", "SUBROUTINE", "FUNCTION", "INTERFACE", "TYPE"};
+
+/// What the index shows of a kind in its navigation, and in its lists.
+std::string index_menu(const std::string& kind, const std::string& items = "");
+std::string index_list(const std::string& kind,
+                       const std::string& bullets = "");
 
 #endif
