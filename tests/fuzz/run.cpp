@@ -33,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
   const Tree tree = tree_of(take_settings(bytes_of(data, size)));
   tree.write();
   for (int i = 0; i < 2; ++i) {
-    const Faults faults = all_faults(run_over(tree));
+    const auto faults = faults_of(run_over(tree));
     for (const std::string& fault : faults)
       std::fprintf(stderr, "%s\n", fault.c_str());
     demand(faults.empty(), "the pages are what they should be");

@@ -5,7 +5,10 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "analysis/dec_type.h"
@@ -20,28 +23,31 @@ struct Tree {
   void write() const;
 };
 
-/// One unit of the registry, as it stood after a run.
+/// One unit of the registry.
 struct Unit {
   DecType type;
   std::string key;
   std::string name;
   std::size_t slot;  ///< from 0
   int line;
-  int index;  ///< its definition index
-  /// Its references, in order: path and line.
-  std::vector<std::pair<std::string, int>> callers;
+  std::set<std::pair<std::string, int>> callers;  ///< path and line
+
+  bool operator==(const Unit& other) const {
+    return std::tie(type, key, name, slot, line, callers) ==
+           std::tie(other.type, other.key, other.name, other.slot, other.line,
+                    other.callers);
+  }
 };
+
+/// Contents by file name.
+using Pages = std::map<std::string, std::string>;
 
 /// What a run left.
 struct FinishedRun {
   const Tree* tree;
-  std::vector<Unit> units;                   ///< in the registry's order
-  std::vector<std::string> page_names;       ///< of each slot
-  std::map<std::string, std::string> pages;  ///< contents by file name
-  std::string trailer;                       ///< the end of every page
-
-  /// The units of a name in upper case, in order; empty when there is none.
-  std::vector<const Unit*> namesakes(const std::string& key) const;
+  std::vector<Unit> units;              ///< in the registry's order
+  std::vector<std::string> page_names;  ///< of each slot
+  Pages pages;
 };
 
 /// Runs the engine over a tree that stands in the working directory; the pages
@@ -58,16 +64,5 @@ std::vector<Piece> pieces_of(const std::string& text, std::size_t size);
 
 /// A line with its strings and comments blanked, as free form has it.
 std::string blanked(std::string line);
-
-/// The upper-case form of a text.
-std::string upper(std::string text);
-
-/// What a word or name is known by.
-std::string known_by(const std::string& word);
-
-/// The column just past the word that stands at a column.
-std::size_t end_of_word(const std::string& line, std::size_t start);
-
-bool is_word_character(char c);
 
 #endif
