@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdlib>
+#include <regex>
 #include <sstream>
 
 #include "tests/support/capture.h"
@@ -18,36 +17,22 @@ const std::string& handbook() {
   return text;
 }
 
-// "&amp;" comes last, for what it leaves is no entity.
-static std::string without_entities(std::string text) {
-  const struct {
-    std::string entity;
-    std::string character;
-  } entities[] = {
-      {"&lt;", "<"}, {"&gt;", ">"}, {"&quot;", "\""}, {"&amp;", "&"}};
-  for (const auto& row : entities)
-    for (std::size_t at = 0;
-         (at = text.find(row.entity, at)) != std::string::npos; ++at)
-      text.replace(at, row.entity.size(), row.character);
-  return text;
+// What a reader sees of some HTML: without tags, entities resolved, each run of
+// blanks and line ends one blank. "&amp;" comes last, for what it leaves is no
+// entity.
+static std::string plain(const std::string& html) {
+  std::string text = std::regex_replace(html, std::regex("<[^>]*>"), "");
+  for (const auto& [entity, character] : {std::pair{"&lt;", "<"},
+                                          {"&gt;", ">"},
+                                          {"&quot;", "\""},
+                                          {"&amp;", "&"}})
+    text = std::regex_replace(text, std::regex(entity), character);
+  return std::regex_replace(text, std::regex("\\s+"), " ");
 }
 
-static std::string without_tags(const std::string& html) {
-  std::string text;
-  for (std::size_t at = 0; at < html.size(); ++at)
-    if (html[at] == '<')
-      at = std::min(html.find('>', at), html.size());
-    else
-      text += html[at];
-  return text;
-}
-
-std::string plain(const std::string& html) {
-  std::istringstream words(without_entities(without_tags(html)));
-  std::string text;
-  for (std::string word; words >> word;)
-    text += (text.empty() ? "" : " ") + word;
-  return text;
+bool handbook_says(const std::string& words) {
+  static const std::string text = plain(handbook());
+  return text.find(words) != std::string::npos;
 }
 
 std::vector<std::string> pieces(const std::string& text,
@@ -63,54 +48,25 @@ std::vector<std::string> pieces(const std::string& text,
   return found;
 }
 
+std::vector<std::string> split(const std::string& text,
+                               const std::string& separator) {
+  return pieces(separator + text, separator, separator);
+}
+
 Rows table(const std::vector<std::string>& header) {
   for (const std::string& html : pieces(handbook(), "<TABLE ", "</TABLE>")) {
     Rows rows;
-    std::vector<std::string> headings;
     for (const std::string& row : pieces(html, "<TR>", "</TR>")) {
-      for (const std::string& cell : pieces(row, "<TH>", "</TH>"))
-        headings.push_back(plain(cell));
-      const std::vector<std::string> cells = pieces(row, "<TD>", "</TD>");
-      if (!cells.empty()) rows.push_back(cells);
+      rows.emplace_back();
+      for (const char* mark : {"H>", "D>"})
+        for (const std::string& cell :
+             pieces(row, std::string("<T") + mark, std::string("</T") + mark))
+          rows.back().push_back(plain(cell));
     }
-    if (headings == header && !rows.empty()) return rows;
+    if (rows.front() != header) continue;
+    rows.erase(rows.begin());
+    return rows;
   }
   ADD_FAILURE() << "no table " << testing::PrintToString(header);
   return {};
-}
-
-std::vector<std::string> block_below(const std::string& heading) {
-  const std::size_t at = handbook().find(">" + heading + "</");
-  const std::size_t begin = handbook().find("<PRE>\n", at);
-  const std::size_t end = handbook().find("</PRE>", begin);
-  if (at == std::string::npos || begin == std::string::npos) {
-    ADD_FAILURE() << "no block below " << heading;
-    return {};
-  }
-  std::istringstream text(
-      without_entities(handbook().substr(begin + 6, end - begin - 6)));
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(text, line);) lines.push_back(line);
-  return lines;
-}
-
-int number_between(const std::string& before, const std::string& after) {
-  const std::string text = plain(handbook());
-  for (std::size_t at = 0; (at = text.find(before, at)) != std::string::npos;) {
-    at += before.size();
-    const std::size_t digits = text.find_first_not_of("0123456789", at);
-    if (digits != at && text.compare(digits, after.size(), after) == 0)
-      return std::atoi(text.c_str() + at);
-  }
-  ADD_FAILURE() << "no number between \"" << before << "\" and \"" << after
-                << '"';
-  return 0;
-}
-
-std::vector<std::string> split(const std::string& text, char separator) {
-  std::vector<std::string> parts;
-  std::istringstream stream(text);
-  for (std::string part; std::getline(stream, part, separator);)
-    parts.push_back(plain(part));
-  return parts;
 }

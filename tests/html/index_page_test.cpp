@@ -12,7 +12,7 @@
 
 #include "analysis/declaration.h"
 #include "driver/settings.h"
-#include "tests/html/page_test.h"
+#include "tests/support/page_test.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
 #include "tests/support/open_files.h"

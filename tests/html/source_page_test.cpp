@@ -16,7 +16,7 @@
 #include "analysis/words.h"
 #include "driver/settings.h"
 #include "html/page_names.h"
-#include "tests/html/page_test.h"
+#include "tests/support/page_test.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
 #include "tests/support/open_files.h"

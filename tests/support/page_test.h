@@ -1,8 +1,8 @@
 // The ground of the tests that write pages: a scratch folder with the output
 // directory "HTML" in it, a known time stamp and an empty registry.
 
-#ifndef ZELKOR_TESTS_HTML_PAGE_TEST_H
-#define ZELKOR_TESTS_HTML_PAGE_TEST_H
+#ifndef ZELKOR_TESTS_SUPPORT_PAGE_TEST_H
+#define ZELKOR_TESTS_SUPPORT_PAGE_TEST_H
 
 #include <gtest/gtest.h>
 
