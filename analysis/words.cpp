@@ -8,7 +8,7 @@ static char to_lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-bool isALNUM(char c) { return detail::word_character(c) != 0; }
+bool isALNUM(char c) { return detail::form_of(c) > detail::line_end; }
 
 // Plain char is unsigned on some machines.
 static int signed_value(char c) { return static_cast<signed char>(c); }

@@ -66,21 +66,23 @@ constexpr bool is_word_character(char c) {
          (c >= '0' && c <= '9') || c == '_' || c == '.';
 }
 
-// For each character of a word its upper-case form, for all others 0: one look
-// tells what the walk over a line needs to know of a character.
-inline constexpr auto word_characters = []() {
-  std::array<unsigned char, 256> forms{};
-  for (std::size_t value = 0; value < forms.size(); ++value) {
+// What the walk over a line needs to know of a character: the upper-case form
+// of one that belongs to a word, or one of these two.
+constexpr unsigned separator = 0;
+constexpr unsigned line_end = 1;
+
+inline constexpr auto forms = []() {
+  std::array<unsigned char, 256> table{};
+  table[0] = line_end;
+  for (std::size_t value = 1; value < table.size(); ++value) {
     const auto c = static_cast<char>(value);
     if (is_word_character(c))
-      forms[value] = static_cast<unsigned char>(to_upper(c));
+      table[value] = static_cast<unsigned char>(to_upper(c));
   }
-  return forms;
+  return table;
 }();
 
-inline unsigned word_character(char c) {
-  return word_characters[static_cast<unsigned char>(c)];
-}
+inline unsigned form_of(char c) { return forms[static_cast<unsigned char>(c)]; }
 
 // Rotating keeps the characters of a word apart for longer than most names are.
 inline NameHash hash_with(NameHash hash, unsigned upper_case) {
@@ -105,11 +107,11 @@ struct Word {
 /// further word.
 inline bool find_next(const char* line, Word& word) {
   const char* at = line + word.end;
-  while (*at != '\0' && detail::word_character(*at) == 0) ++at;
+  while (detail::form_of(*at) == detail::separator) ++at;
   const char* const start = at;
   NameHash hash = 0;
-  for (unsigned upper; (upper = detail::word_character(*at)) != 0; ++at)
-    hash = detail::hash_with(hash, upper);
+  for (unsigned form; (form = detail::form_of(*at)) > detail::line_end; ++at)
+    hash = detail::hash_with(hash, form);
   std::string_view name(start, static_cast<std::size_t>(at - start));
   if (name.size() >= word_size) {
     name = name.substr(0, word_size - 1);

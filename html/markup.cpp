@@ -1,31 +1,32 @@
 #include "html/markup.h"
 
+#include <stdio.h>  // fwrite_unlocked()
+
 #include <charconv>
 
-#include "html/page_names.h"
-
-namespace detail {
-
-void put_piece(std::FILE* html, int number) {
+void Markup::add(int number) {
   char digits[16];
   const char* end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-  put(html, std::string_view(digits, static_cast<std::size_t>(end - digits)));
+  add(std::string_view(digits, static_cast<std::size_t>(end - digits)));
 }
 
-void put_piece(std::FILE* html, const UnitAnchor& anchor) {
-  put(html, anchor.name, "-", anchor.index);
+void Markup::add(const UnitAnchor& anchor) {
+  add(anchor.name);
+  add("-");
+  add(anchor.index);
 }
 
-void put_piece(std::FILE* html, const LineAnchor& anchor) {
-  put(html, "line", anchor.line);
+void Markup::add(const LineAnchor& anchor) {
+  add("line");
+  add(anchor.line);
 }
 
-void put_piece(std::FILE* html, const Address<UnitAnchor>& address) {
-  put(html, HTML_REF(address.file), "#", address.anchor);
+void Markup::write() {
+  write(std::string_view(buffer, size));
+  size = 0;
 }
 
-void put_piece(std::FILE* html, const Address<LineAnchor>& address) {
-  put(html, HTML_REF(address.file), "#", address.anchor);
+// A page is written by one thread alone, so the stream is not locked.
+void Markup::write(std::string_view text) {
+  fwrite_unlocked(text.data(), 1, text.size(), stream);
 }
-
-}  // namespace detail

@@ -6,13 +6,12 @@
 #ifndef ZELKOR_HTML_MARKUP_H
 #define ZELKOR_HTML_MARKUP_H
 
-#include <stdio.h>  // fwrite_unlocked()
-
 #include <cstdio>
 #include <string_view>
 
 #include "analysis/calling.h"
 #include "analysis/declaration.h"
+#include "html/page_names.h"
 
 /// The anchor of a declaration, "NAME-INDEX".
 struct UnitAnchor {
@@ -40,27 +39,46 @@ inline Address<LineAnchor> address_of(const Calling& calling) {
   return {calling.file, {calling.line}};
 }
 
-namespace detail {
+/// Pieces of mark-up that go to a stream together: texts, numbers in decimal,
+/// anchors and addresses. They are written when the object ends.
+class Markup {
+ public:
+  explicit Markup(std::FILE* html) : stream(html) {}
+  ~Markup() { write(); }
+  Markup(const Markup&) = delete;
+  Markup& operator=(const Markup&) = delete;
 
-// A page is written by one thread alone, so the stream is not locked for each
-// piece.
-inline void put_piece(std::FILE* html, std::string_view text) {
-  fwrite_unlocked(text.data(), 1, text.size(), html);
-}
+  void add(std::string_view text) {
+    if (text.size() > sizeof buffer - size) {
+      write();
+      if (text.size() > sizeof buffer) return write(text);
+    }
+    size += text.copy(buffer + size, text.size());
+  }
+  void add(int number);
+  void add(const UnitAnchor& anchor);
+  void add(const LineAnchor& anchor);
+  template <typename Anchor>
+  void add(const Address<Anchor>& address) {
+    add(HTML_REF(address.file));
+    add("#");
+    add(address.anchor);
+  }
 
-void put_piece(std::FILE* html, int number);
-void put_piece(std::FILE* html, const UnitAnchor& anchor);
-void put_piece(std::FILE* html, const LineAnchor& anchor);
-void put_piece(std::FILE* html, const Address<UnitAnchor>& address);
-void put_piece(std::FILE* html, const Address<LineAnchor>& address);
+ private:
+  void write();
+  void write(std::string_view text);
 
-}  // namespace detail
+  std::FILE* stream;
+  std::size_t size = 0;
+  char buffer[512];
+};
 
-/// Writes pieces one after the other: texts, numbers in decimal, anchors and
-/// addresses.
+/// Writes pieces one after the other, see Markup.
 template <typename... Pieces>
 void put(std::FILE* html, const Pieces&... pieces) {
-  (detail::put_piece(html, pieces), ...);
+  Markup markup(html);
+  (markup.add(pieces), ...);
 }
 
 #endif

@@ -163,9 +163,8 @@ TEST_F(GenHtml, ReferencesAreWalkedWithoutThePathsAfterwards) {
   write_file("a.f90", std::string(1500, ' ') + "\nsubroutine a\nend\n");
   write_file("b.f90", "\n\ncall a\n");
   write_file("c.f90", "call a\ncall a\n");
-  FileList files({"c.f90", "missing.f90", "b.f90", "a.f90"});
-  run(files);
-  std::fill_n(files.data(), files.count(), nullptr);
+  run({"c.f90", "missing.f90", "b.f90", "a.f90"});
+  std::fill_n(lists.back().data(), 4, nullptr);
   std::vector<int> lines;
   for (const auto& entry : Declaration::decs)
     for (const Calling& calling : entry.second->callers)
