@@ -1,8 +1,6 @@
 #include "html/page_names.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <deque>
 #include <map>
 #include <string>
 #include <string_view>
@@ -13,58 +11,67 @@
 #include "driver/settings.h"
 
 // Deliberate: a plain sum of the path's bytes, each taken as a signed value, in
-// 21 bits. Paths of the same bytes in another order share it; unique_id() tells
+// 21 bits. Paths of the same bytes in another order share it; Pages::of() tells
 // them apart.
-static int path_hash(const char* path) {
+static int path_hash(std::string_view path) {
   const int mask = 0x1FFFFF;
   int hash = 0;
-  for (; *path != '\0'; ++path)
-    hash = (hash + static_cast<signed char>(*path) * 5003) & mask;
+  for (const char c : path)
+    hash = (hash + static_cast<signed char>(c) * 5003) & mask;
   return hash;
-}
-
-int unique_id(const char* path) {
-  static std::map<int, std::string> owners;
-  for (int number = path_hash(path);; ++number) {
-    std::string& owner = owners[number];
-    if (owner.empty()) owner = path;
-    if (owner == path) return number;
-  }
-}
-
-static std::string page_name(char** file) {
-  std::string name = file_part(file);
-  name.resize(std::min(name.rfind('.'), name.size()));
-  char ending[32];
-  std::snprintf(ending, sizeof ending, "%04d.html", unique_id(*file));
-  return name + ending;
 }
 
 namespace {
 
-// The page name of a path, as long as `slash` stays the same. The empty path
-// takes no number, so another one may come to own the number it had.
-struct PageName {
-  char slash;
-  std::string text;
+struct Page {
+  int number = 0;
+  std::string path;  // that owns the number; empty while it is free
+  std::string name;
+  char name_slash = '\0';  // what `slash` was when the name was made
 };
+
+// Pages are asked for again and again, most often the last one. The empty path
+// owns no number: its page is the first free one, until another path takes it.
+class Pages {
+ public:
+  Page& of(std::string_view path);
+
+ private:
+  std::map<int, Page> by_number;
+  std::unordered_map<std::string_view, Page*> by_path;
+  Page* last = nullptr;
+};
+
+Pages pages;
+
+Page& Pages::of(std::string_view path) {
+  if (last != nullptr && last->path == path) return *last;
+  const auto known = by_path.find(path);
+  if (known != by_path.end()) return *(last = known->second);
+
+  int number = path_hash(path);
+  while (!by_number[number].path.empty()) ++number;
+  last = &by_number[number];
+  *last = {number, std::string(path), "", '\0'};
+  if (!path.empty()) by_path[last->path] = last;
+  return *last;
+}
 
 }  // namespace
 
-// Names are asked for again and again, most often for the file of the last one.
-const char* HTML_REF(char** file) {
-  static std::deque<std::string> paths;
-  static std::unordered_map<std::string_view, PageName> names;
-  static auto last = names.end();
+int unique_id(const char* path) { return pages.of(path).number; }
 
-  if (last == names.end() || last->first != *file) {
-    last = names.find(*file);
-    if (last == names.end())
-      last = names.try_emplace(paths.emplace_back(*file)).first;
+const char* HTML_REF(char** file) {
+  Page& page = pages.of(*file);
+  if (page.name_slash != slash) {
+    const std::string_view part = file_part(file);
+    char ending[32];
+    std::snprintf(ending, sizeof ending, "%04d.html", page.number);
+    page.name = part.substr(0, part.rfind('.'));
+    page.name += ending;
+    page.name_slash = slash;
   }
-  PageName& name = last->second;
-  if (name.slash != slash || **file == '\0') name = {slash, page_name(file)};
-  return name.text.c_str();
+  return page.name.c_str();
 }
 
 const char* HTML_NAME(char** file) {
