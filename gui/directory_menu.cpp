@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "gui/label_types.h"
+#include "gui/labels.h"
 
 // A name in the form that Fl_Menu_::add() turns back into that name: it drops
 // backslashes and takes a leading "_" for a divider.

@@ -16,7 +16,7 @@
 #include "driver/directory_listing.h"
 #include "driver/settings.h"
 #include "gui/directory_menu.h"
-#include "gui/label_text.h"
+#include "gui/labels.h"
 #include "gui/pending_change.h"
 #include "gui/special_browser.h"
 #include "gui/user_interface.h"

@@ -2,26 +2,23 @@
 
 #include <FL/fl_draw.H>
 
-#include <cstring>
+#include <string_view>
 
-// The length of the directory part of a path, without its "/"; 0 for a path
-// without "/".
-static std::size_t directory_length(const char* path) {
-  const char* last_slash = std::strrchr(path, '/');
-  return last_slash == nullptr ? 0
-                               : static_cast<std::size_t>(last_slash - path);
+// The directory part of a path, without its "/"; empty for a path without "/".
+static std::string_view directory_of(std::string_view path) {
+  const std::size_t last_slash = path.rfind('/');
+  return path.substr(0, last_slash == std::string::npos ? 0 : last_slash);
 }
 
 // What a heading shows: the directory part with its "/".
 static std::string heading(const char* path) {
-  return std::string(path, directory_length(path)) + "/";
+  return std::string(directory_of(path)) + "/";
 }
 
 // What a line shows. Deliberate: the first character of a path without "/" is
 // dropped, for every path of this list contains one.
 static std::string indented_name(const char* path) {
-  const std::size_t skipped = directory_length(path) + 1;
-  return "  " + std::string(path).erase(0, skipped);
+  return "  " + std::string(path).erase(0, directory_of(path).size() + 1);
 }
 
 // Text by number works in every version of the toolkit; both look-ups start
@@ -33,12 +30,8 @@ const char* SpecialBrowser::item_path(void* item) const {
 
 bool SpecialBrowser::starts_group(void* item) const {
   void* previous = item_prev(item);
-  if (previous == nullptr) return true;
-  const char* path = item_path(item);
-  const char* path_above = item_path(previous);
-  const std::size_t length = directory_length(path);
-  return directory_length(path_above) != length ||
-         std::strncmp(path_above, path, length) != 0;
+  return previous == nullptr ||
+         directory_of(item_path(previous)) != directory_of(item_path(item));
 }
 
 int SpecialBrowser::item_height(void* item) const {

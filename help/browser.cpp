@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "gui/label_text.h"
+#include "gui/labels.h"
 #include "help/install_dir.h"
 
 static void show_in_viewer(const std::string& path) {

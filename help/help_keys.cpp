@@ -9,7 +9,7 @@
 
 #include "driver/version.h"
 #include "gui/about.h"
-#include "gui/label_text.h"
+#include "gui/labels.h"
 #include "gui/logo.h"
 #include "help/browser.h"
 #include "help/install_dir.h"

@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "driver/version.h"
-#include "gui/label_types.h"
+#include "gui/labels.h"
 #include "tests/gui/pixels.h"
 #include "tests/support/capture.h"
 #include "tests/support/program.h"

@@ -24,7 +24,7 @@
 #include "driver/settings.h"
 #include "driver/version.h"
 #include "gui/file_panes.h"
-#include "gui/label_types.h"
+#include "gui/labels.h"
 #include "gui/special_browser.h"
 #include "tests/gui/main_window_fixture.h"
 #include "tests/gui/user.h"

@@ -1,8 +1,14 @@
-#include "gui/label_types.h"
+#include "gui/labels.h"
 
 #include <FL/Fl.H>
 #include <FL/Fl_Widget.H>
 #include <FL/fl_draw.H>
+
+std::string label_text(const std::string& text) {
+  std::string label;
+  for (const char c : text) label.append(c == '@' ? 2 : 1, c);
+  return label;
+}
 
 // Draws or measures text without symbols and without underlined letters. Menus
 // ask for the latter by a variable of the toolkit.

@@ -1,4 +1,4 @@
-#include "gui/label_types.h"
+#include "gui/labels.h"
 
 #include <FL/Fl.H>
 #include <FL/Fl_Box.H>
@@ -13,6 +13,12 @@
 #include "tests/gui/pixels.h"
 
 namespace {
+
+TEST(LabelText, DoublesAtSigns) {
+  EXPECT_EQ("a@@b@@", label_text("a@b@"));
+  EXPECT_EQ("plain", label_text("plain"));
+  EXPECT_EQ("", label_text(""));
+}
 
 class StatusLabel : public MainWindowTest {
  protected:
