@@ -35,7 +35,8 @@ void change_dir_to(ZelkorUserInterface* ui, const char* dir);
 /// fit is cut, with an alert.
 void store_current_directory(ZelkorUserInterface* ui, const char* path);
 
-/// Whether a path is a line of the Selected Files of gui_instance.
+/// Whether a path is a line of the Selected Files of gui_instance. Part of the
+/// interface; the lists themselves look up many paths at once.
 bool already_included(const std::string& path);
 
 /// The number of selected lines. Deliberate: the last line is not examined, so

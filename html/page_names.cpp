@@ -34,7 +34,18 @@ struct Page {
 // owns no number: its page is the first free one, until another path takes it.
 class Pages {
  public:
-  Page& of(std::string_view path);
+  Page& of(std::string_view path) {
+    if (last != nullptr && last->path == path) return *last;
+    const auto known = by_path.find(path);
+    if (known != by_path.end()) return *(last = known->second);
+
+    int number = path_hash(path);
+    while (!by_number[number].path.empty()) ++number;
+    last = &by_number[number];
+    *last = {number, std::string(path), "", '\0'};
+    if (!path.empty()) by_path[last->path] = last;
+    return *last;
+  }
 
  private:
   std::map<int, Page> by_number;
@@ -43,19 +54,6 @@ class Pages {
 };
 
 Pages pages;
-
-Page& Pages::of(std::string_view path) {
-  if (last != nullptr && last->path == path) return *last;
-  const auto known = by_path.find(path);
-  if (known != by_path.end()) return *(last = known->second);
-
-  int number = path_hash(path);
-  while (!by_number[number].path.empty()) ++number;
-  last = &by_number[number];
-  *last = {number, std::string(path), "", '\0'};
-  if (!path.empty()) by_path[last->path] = last;
-  return *last;
-}
 
 }  // namespace
 

@@ -10,7 +10,8 @@
 struct Calling;
 
 /// The page number of a source path, 0 or more. The first path that asks for a
-/// number keeps it until the program ends, in later runs too.
+/// number keeps it until the program ends, in later runs too. Part of the
+/// interface; pages are asked for by name.
 int unique_id(const char* path);
 
 /// The page name of a source file: "solver.f90" of number 123 gives
@@ -22,7 +23,8 @@ const char* HTML_REF(char** file);
 const char* HTML_NAME(char** file);
 
 /// The address of a reference's line: page name, "#line" and line number.
-/// Static text, valid until the next call.
+/// Static text, valid until the next call. Part of the interface; pages put the
+/// two together in place.
 const char* HTML_XREF(const Calling& calling);
 
 #endif
