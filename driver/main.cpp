@@ -25,8 +25,8 @@
 #include "gui/user_interface.h"
 #include "help/help_keys.h"
 
-// Whatever is opened while a standard stream is closed takes its place, and
-// would take the reports, too: a page, or the connection to the X server.
+// A file opened while a standard stream is closed becomes that stream. Reports
+// would then go into a page, or to the X server.
 static void open_standard_streams() {
   int stream = open("/dev/null", O_RDWR);
   while (stream >= 0 && stream <= STDERR_FILENO)
@@ -34,9 +34,9 @@ static void open_standard_streams() {
   close(stream);
 }
 
-// A pipe whose reader is gone takes no more reports; the window stays. Browsers
-// started here inherit an ignored signal but not a handler, so it is handled,
-// unless it was ignored already.
+// A report into a pipe that nobody reads raises SIGPIPE, which would end the
+// program. It is handled, not ignored: a browser started here would inherit
+// that it is ignored. But where it was ignored at the start, it stays so.
 static void survive_broken_pipes() {
   if (signal(SIGPIPE, [](int) {}) == SIG_IGN) signal(SIGPIPE, SIG_IGN);
 }

@@ -54,11 +54,13 @@ void remove_files_cb(Fl_Button* button, ZelkorUserInterface* ui);
 /// text, and its last occurrence is taken.
 void change_dir_menu_cb(Fl_Menu_* menu, void* ui);
 
-/// The selection in Potential Files changed: enters a directory that was
-/// clicked, or drops it from the selection when other lines are selected, too.
-/// Within some events the toolkit has to be done with the list first; then the
-/// change waits, but "<<<" comes after it, and a parent directory chosen
-/// meanwhile is entered in its place.
+/// The selection in Potential Files changed. A clicked file is just selected. A
+/// clicked directory is entered, unless other lines are selected, too: then a
+/// message says that it is dropped from the selection.
+///
+/// The list cannot be refilled while the toolkit reads it. Then the directory
+/// is entered after the event (see PendingChange), but before "<<<" adds files.
+/// A parent directory chosen meanwhile is entered in its place.
 void change_dir_click_cb(Fl_Multi_Browser* list, void* ui);
 
 #endif

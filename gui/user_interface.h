@@ -21,8 +21,8 @@ class SpecialBrowser;
 /// current_directory.
 class ZelkorUserInterface {
  public:
-  Fl_Slider* progress_bar = nullptr;         ///< 0.0 to 1.0
-  Fl_Box* status_box = nullptr;              ///< one-line status text
+  Fl_Slider* progress_bar = nullptr;  ///< 0.0 to 1.0
+  Fl_Box* status_box = nullptr;  ///< set by progress(), drawn by status_label()
   SpecialBrowser* selected_files = nullptr;  ///< paths of the files to process
   Fl_Multi_Browser* potential_files = nullptr;  ///< the directory's entries
   Fl_Button* add_button = nullptr;              ///< "<<<"
