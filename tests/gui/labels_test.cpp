@@ -20,38 +20,39 @@ TEST(LabelText, DoublesAtSigns) {
   EXPECT_EQ("", label_text(""));
 }
 
-class StatusLabel : public MainWindowTest {
  protected:
   void SetUp() override {
     MainWindowTest::SetUp();
     show();
   }
 
-  // What the status line shows for a text, borders included.
-  Pixels status(const char* text) {
-    Fl_Box& box = *ui.status_box;
-    box.label(text);
-    box.redraw();
+  // What a widget shows, borders included.
+  Pixels picture(Fl_Widget& o) const {
+    o.redraw();
     Fl::check();
-    return shown(*window, box.x(), box.y(), box.w(), box.h());
+    return shown(*window, o.x(), o.y(), o.w(), o.h());
+  }
+  Pixels status(const std::string& text) const {
+    ui.status_box->label(text.c_str());
+    const Pixels pixels = picture(*ui.status_box);
+    ui.status_box->label("");
+    return pixels;
   }
 };
 
-TEST_F(StatusLabel, ShowsUnderscores) {
-  EXPECT_TRUE(status("") != status("_"));
+TEST_F(LabelTypes, StatusLineShowsTextsAsTheyAre) {
+  const char* const pairs[][2] = {{"", "_"},
+                                  {"a", "a@b.f90"},
+                                  {"a@b.f90", "a@c.f90"},
+                                  {"@->", "@<-"},
+                                  {"a&b.f90", "ab.f90"}};
+  for (const auto& pair : pairs)
+    EXPECT_TRUE(status(pair[0]) != status(pair[1])) << pair[1];
 }
 
-TEST_F(StatusLabel, ShowsWhatFollowsAnAtSign) {
-  const Pixels before = status("a");
-  EXPECT_NE(before, status("a@b.f90"));
-  EXPECT_NE(status("a@b.f90"), status("a@c.f90"));
-  EXPECT_NE(status("@->"), status("@<-"));
-  EXPECT_NE(status("a&b.f90"), status("ab.f90"));
-}
-
-TEST_F(StatusLabel, LongTextsAreCutAtTheBordersOfTheBox) {
+TEST_F(LabelTypes, LongStatusIsCutAtTheBordersOfTheBox) {
   const Pixels empty = status("");
-  const Pixels full = status(std::string(500, '_').insert(0, 500, 'W').c_str());
+  const Pixels full = status(std::string(500, '_').insert(0, 500, 'W'));
   const int w = ui.status_box->w();
   const int h = ui.status_box->h();
   for (int y = 0; y < h; ++y)
@@ -61,51 +62,31 @@ TEST_F(StatusLabel, LongTextsAreCutAtTheBordersOfTheBox) {
       ASSERT_EQ(empty.colours[at], full.colours[at])
           << "pixel " << x << ", " << y;
     }
-  ui.status_box->label("");
 }
 
-class LiteralLabel : public MainWindowTest {
- protected:
-  void SetUp() override {
-    MainWindowTest::SetUp();
-    show();
-  }
-
-  // What the menu's button shows.
-  Pixels button() {
-    Fl_Menu_Button& menu = *ui.dir_menu_button;
-    menu.redraw();
-    Fl::check();
-    return shown(*window, menu.x(), menu.y(), menu.w(), menu.h());
-  }
-};
-
-TEST_F(LiteralLabel, ButtonShowsTheDirectorysNameAsItIs) {
+TEST_F(LabelTypes, MenuShowsTheDirectorysNameAsItIs) {
+  Fl_Menu_Button& menu = *ui.dir_menu_button;
   for (const char* name : {"a@b dir", "&amp dir", "a&b", "@->"}) {
     const std::string path = std::string("/x/") + name;
-    dir_menu(ui.dir_menu_button, path.c_str());
-    EXPECT_STREQ(name, ui.dir_menu_button->label());
-    const Pixels literal = button();
+    dir_menu(&menu, path.c_str());
+    EXPECT_STREQ(name, menu.label());
+    const Pixels literal = picture(menu);
     // The same in the toolkit's own terms.
     std::string escaped;
     for (const char* c = name; *c != '\0'; ++c)
       escaped.append(*c == '@' || *c == '&' ? 2 : 1, *c);
-    ui.dir_menu_button->labeltype(FL_NORMAL_LABEL);
-    ui.dir_menu_button->label(escaped.c_str());
-    EXPECT_PRED_FORMAT2(same_picture, button(), literal) << name;
-    ui.dir_menu_button->label("");
+    menu.labeltype(FL_NORMAL_LABEL);
+    menu.label(escaped.c_str());
+    EXPECT_PRED_FORMAT2(same_picture, picture(menu), literal) << name;
+    menu.label("");
   }
 }
 
-TEST_F(LiteralLabel, ItemsAreDrawnAndMeasuredAsTheyAre) {
+TEST_F(LabelTypes, ItemsAreDrawnAndMeasuredAsTheyAre) {
   dir_menu(ui.dir_menu_button, "/home/a@b dir/&amp dir/last");
-  const Fl_Menu_Item* items = ui.dir_menu_button->menu();
   ASSERT_EQ(4, ui.dir_menu_button->size());
   for (int i = 0; i < 3; ++i)
-    EXPECT_EQ(literal_label(), items[i].labeltype_) << i;
-  EXPECT_STREQ("&amp dir", items[0].label());
-  EXPECT_STREQ("a@b dir", items[1].label());
-
+    EXPECT_EQ(literal_label(), ui.dir_menu_button->menu()[i].labeltype_) << i;
   const auto width = [this](const char* text, Fl_Labeltype type) {
     Fl_Menu_Item item = ui.dir_menu_button->menu()[0];
     item.label(text);

@@ -1,8 +1,14 @@
 #include "tests/gui/main_window_fixture.h"
 
 #include <FL/Fl.H>
+#include <FL/Fl_Button.H>
+#include <FL/Fl_Menu_Button.H>
 #include <FL/Fl_Multi_Browser.H>
 
+#include <algorithm>
+#include <utility>
+
+#include "gui/file_panes.h"
 #include "gui/progress.h"
 #include "gui/special_browser.h"
 
@@ -23,6 +29,35 @@ void MainWindowTest::show() {
   show_and_wait(*window);
 }
 
+std::string MainWindowTest::expanded(std::string text) const {
+  for (const auto& [sign, value] : {std::pair('~', folder.path()),
+                                    std::pair('^', folder.path().filename())})
+    if (const std::size_t place = text.find(sign); place != std::string::npos)
+      text.replace(place, 1, value);
+  return text;
+}
+
+void MainWindowTest::go_to(const std::string& directory) {
+  change_dir_to(&ui, expanded(directory).c_str());
+}
+
+void MainWindowTest::pick(const std::string& name) {
+  const Texts items = items_of(*ui.dir_menu_button);
+  const auto item = std::find(items.begin(), items.end(), name);
+  ASSERT_NE(items.end(), item) << "no item " << name;
+  ui.dir_menu_button->picked(&ui.dir_menu_button->menu()[item - items.begin()]);
+}
+
+void MainWindowTest::add(const Texts& texts) {
+  select_texts(*ui.potential_files, texts);
+  ui.add_button->do_callback();
+}
+
+void MainWindowTest::remove(const Texts& texts) {
+  select_texts(*ui.selected_files, texts);
+  ui.remove_button->do_callback();
+}
+
 Texts MainWindowTest::potential() const {
   return lines_of(*ui.potential_files);
 }
@@ -34,12 +69,7 @@ void show_and_wait(Fl_Window& window) {
   while (window.damage() != 0) Fl::wait(0.02);
 }
 
-Texts lines_of(const Fl_Browser& list) {
-  Texts texts;
-  for (int line = 1; list.text(line) != nullptr; ++line)
-    texts.emplace_back(list.text(line));
-  return texts;
-}
+Texts lines_of(const Fl_Browser& list) { return texts_of(&list); }
 
 Lines selected_lines(const Fl_Browser& list) {
   Lines lines;

@@ -28,6 +28,13 @@ class MainWindowTest : public testing::Test {
 
   /// Builds the window; it lists the working directory.
   void build();
+  /// Lists another directory.
+  void go_to(const std::string& directory);
+  /// Chooses an item of the directory menu.
+  void pick(const std::string& name);
+  /// Moves lines by the buttons "<<<" and ">>>".
+  void add(const Texts& texts);
+  void remove(const Texts& texts);
   /// Builds it and waits until it is drawn on screen.
   void show();
 
@@ -35,6 +42,8 @@ class MainWindowTest : public testing::Test {
   std::string path_of(const std::string& name) const {
     return folder.path().string() + "/" + name;
   }
+  /// A text in which "~" stands for that folder and "^" for its name.
+  std::string expanded(std::string text) const;
   std::string directory() const { return ui.current_directory; }
   Texts potential() const;
   Texts selected() const;

@@ -5,80 +5,42 @@
 #include <FL/Fl_Slider.H>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 #include "tests/gui/main_window_fixture.h"
-#include "tests/gui/pixels.h"
 
 namespace {
 
 const ZelkorUserInterface* const target_at_start = progress_target;
 
-class Progress : public MainWindowTest {
- protected:
-  Pixels status_on_screen() const {
-    return shown(*window, ui.status_box->x(), ui.status_box->y(),
-                 ui.status_box->w(), ui.status_box->h());
-  }
-  Pixels bar_on_screen() const {
-    return shown(*window, ui.progress_bar->x(), ui.progress_bar->y(),
-                 ui.progress_bar->w(), ui.progress_bar->h());
-  }
-};
+using Progress = MainWindowTest;
 
-TEST_F(Progress, HasNoTargetAtFirst) {
+TEST_F(Progress, IsShownByTheWindowNamedLast) {
   EXPECT_EQ(nullptr, target_at_start);
   build();
   EXPECT_EQ(nullptr, progress_target);
-}
-
-TEST_F(Progress, ShowsFractionAndMessage) {
-  build();
-  progress(0.25, "a.f90", &ui);
-  EXPECT_EQ(0.25, ui.progress_bar->value());
-  EXPECT_STREQ("a.f90", ui.status_box->label());
-}
-
-TEST_F(Progress, GivenWindowBecomesTheTarget) {
-  build();
-  progress(0.5, "a.f90", &ui);
-  EXPECT_EQ(&ui, progress_target);
-}
-
-TEST_F(Progress, NullReportsToTheTargetSetBefore) {
-  build();
-  progress_target = &ui;
-  progress(0.75, "b.f90", nullptr);
-  EXPECT_EQ(&ui, progress_target);
-  EXPECT_EQ(0.75, ui.progress_bar->value());
-  EXPECT_STREQ("b.f90", ui.status_box->label());
-}
-
-TEST_F(Progress, AnotherWindowTakesTheTargetsPlace) {
-  build();
   ZelkorUserInterface other;
   const std::unique_ptr<Fl_Window> other_window(other.make_window("other"));
-  progress(0.5, "first", &ui);
-  progress(1.0, "second", &other);
-  EXPECT_EQ(&other, progress_target);
-  EXPECT_EQ(0.5, ui.progress_bar->value());
-  EXPECT_STREQ("first", ui.status_box->label());
-  EXPECT_EQ(1.0, other.progress_bar->value());
-  EXPECT_STREQ("second", other.status_box->label());
+  progress_target = &other;
+  progress(0.25, "first", nullptr);
+  progress(0.5, "second", &ui);
+  EXPECT_EQ(&ui, progress_target);
+  progress(0.75, "third", nullptr);
+  EXPECT_EQ(&ui, progress_target);
+  EXPECT_EQ(0.25, other.progress_bar->value());
+  EXPECT_STREQ("first", other.status_box->label());
+  EXPECT_EQ(0.75, ui.progress_bar->value());
+  EXPECT_STREQ("third", ui.status_box->label());
 }
 
-TEST_F(Progress, KeepsTheMessageItselfNotACopy) {
+TEST_F(Progress, FractionAndMessageAreKeptAsTheyAre) {
   build();
   const std::string message = "/src/me@home.f90";
-  progress(0.0, message.c_str(), &ui);
-  EXPECT_EQ(message.c_str(), ui.status_box->label());
-}
-
-TEST_F(Progress, FractionsAreShownAsTheyAre) {
-  build();
   for (const double fraction : {0.0, 0.3, 0.6, 0.075, 1.0}) {
-    progress(fraction, "", &ui);
+    progress(fraction, message.c_str(), &ui);
     EXPECT_EQ(fraction, ui.progress_bar->value());
+    EXPECT_EQ(message.c_str(), ui.status_box->label());  // no copy
   }
 }
 
@@ -103,28 +65,9 @@ TEST_F(Progress, LetsTheToolkitWorkOnce) {
   Fl::remove_check(count, &turns);
 }
 
-TEST_F(Progress, HandlesWhatIsPending) {
-  build();
-  bool called = false;
-  Fl::add_timeout(
-      0.0, [](void* flag) { *static_cast<bool*>(flag) = true; }, &called);
-  progress(0.0, "", &ui);
-  EXPECT_TRUE(called);
-}
-
-TEST_F(Progress, StatusOnScreenFollows) {
-  show();
-  progress(0.0, "first.f90", &ui);
-  const Pixels first = status_on_screen();
-  progress(0.0, "second.f90", nullptr);
-  EXPECT_NE(first, status_on_screen());
-  progress(0.0, "first.f90", nullptr);
-  EXPECT_PRED_FORMAT2(same_picture, first, status_on_screen());
-}
-
+// A new label by itself redraws no box that has it outside.
 TEST_F(Progress, RedrawsTheStatusBoxWhereverItsLabelStands) {
   show();
-  // A new label by itself redraws no box that has it outside.
   ui.status_box->align(FL_ALIGN_LEFT);
   ui.status_box->clear_damage();
   struct Look {
@@ -140,19 +83,6 @@ TEST_F(Progress, RedrawsTheStatusBoxWhereverItsLabelStands) {
   progress(0.0, "a.f90", &ui);
   Fl::remove_check(take, &look);
   EXPECT_NE(0, look.damage);
-}
-
-TEST_F(Progress, BarOnScreenFollows) {
-  show();
-  progress(0.0, "", &ui);
-  const Pixels empty = bar_on_screen();
-  progress(0.5, "", nullptr);
-  const Pixels half = bar_on_screen();
-  progress(1.0, "", nullptr);
-  const Pixels full = bar_on_screen();
-  EXPECT_NE(empty, half);
-  EXPECT_NE(half, full);
-  EXPECT_NE(empty, full);
 }
 
 }  // namespace

@@ -35,14 +35,15 @@ class WindowFaults : public MainWindowTest {
     while (window->damage() != 0) Fl::wait(0.02);
   }
 
-  void pick(const std::string& name) {
-    const Fl_Menu_Button& menu = *ui.dir_menu_button;
-    for (int item = 0; item + 1 < menu.size(); ++item)
-      if (menu.text(item) == name) {
-        ui.dir_menu_button->picked(&menu.menu()[item]);
-        return;
-      }
-    FAIL() << "no item " << name;
+  // Enters directories by clicks and selects a file.
+  void select(const Texts& directories, const std::string& file) {
+    for (const std::string& name : directories) {
+      click(*ui.potential_files, line_of(*ui.potential_files, "@b" + name));
+      draw();
+    }
+    EXPECT_EQ((Texts{"@b.", "@b..", file}), potential());
+    add({file});
+    draw();
   }
 
   static int page_count(const std::string& output) {
@@ -67,30 +68,22 @@ TEST_F(WindowFaults, PathsOfAnyLengthAreShownAndGenerated) {
     ui.selected_files->add(("/" + std::string(length - 1, '@')).c_str());
   }
   draw();
+  // The toolkit's alert has room for a part of a long text.
+  const std::string nowhere = path_of_length(100000);
+  {
+    const MessageBoxes boxes;
+    generate_in(nowhere);
+    ASSERT_EQ(1u, boxes.seen().size());
+    EXPECT_EQ("! '" + nowhere.substr(0, 200), boxes.seen()[0].substr(0, 203));
+    EXPECT_EQ(nowhere, html_dir);
+  }
   // Every path is shown in the status line in its turn.
   generate_in("out");
   EXPECT_STREQ("HTML complete!", ui.status_box->label());
   EXPECT_EQ(1, page_count("out"));
-
-  const std::string message = path_of_length(100000);
-  progress(0.5, message.c_str(), nullptr);
+  progress(0.5, nowhere.c_str(), nullptr);
   draw();
   ui.status_box->label("");
-}
-
-// The toolkit's alert has room for a part of a long text.
-TEST_F(WindowFaults, OutputDirectoriesOfAnyLengthAreRefused) {
-  build();
-  ui.selected_files->add("a.f90");
-  for (const std::size_t length : {255u, 1024u, 4096u, 100000u}) {
-    const std::string name = path_of_length(length);
-    const MessageBoxes boxes;
-    ui.output_dir_input->value(name.c_str());
-    ui.generate_button->do_callback();
-    ASSERT_EQ(1u, boxes.seen().size());
-    EXPECT_EQ("! '" + name.substr(0, 200), boxes.seen()[0].substr(0, 203));
-    EXPECT_EQ(name, html_dir);
-  }
 }
 
 // The toolkit makes no absolute path of more than 255 characters: directories
@@ -106,13 +99,8 @@ TEST_F(WindowFaults, WorkingDirectoriesOfAnyLengthAreUsedAsUsual) {
     write_file("sub/x.f90", "program x\nend\n");
     fs::create_directory("out");
     show();
-    EXPECT_EQ((Texts{"@b.", "@b..", "@bout", "@bsub"}), potential());
-    click(*ui.potential_files, line_of(*ui.potential_files, "@bsub"));
-    EXPECT_EQ((Texts{"@b.", "@b..", "x.f90"}), potential());
-    select_texts(*ui.potential_files, {"x.f90"});
-    ui.add_button->do_callback();
+    select({"sub"}, "x.f90");
     EXPECT_EQ(Texts{"./sub/x.f90"}, selected());
-    draw();
     {
       const ModalWatcher cancel([](Fl_Window& chooser) {
         button_of(chooser, "Cancel")->do_callback();
@@ -137,17 +125,9 @@ TEST_F(WindowFaults, DirectoriesOfOddNamesAreEnteredAndTakePages) {
     write_file(name + "/below/x.f90", "program x\nend\n");
     fs::create_directory(name + "/out");
     show();
-    click(*ui.potential_files, line_of(*ui.potential_files, "@b" + name));
+    select({name, "below"}, "x.f90");
     // The first directory has a "/" at its end, which stays when joined.
-    EXPECT_EQ(path_of("/" + name), directory());
-    draw();
-    click(*ui.potential_files, line_of(*ui.potential_files, "@bbelow"));
-    EXPECT_EQ((Texts{"@b.", "@b..", "x.f90"}), potential());
-    select_texts(*ui.potential_files, {"x.f90"});
-    ui.add_button->do_callback();
     EXPECT_EQ(Texts{path_of("/" + name + "/below/x.f90")}, selected());
-    draw();
-
     generate_in(name + "/out");
     EXPECT_EQ(2, page_count(name + "/out"));
 
@@ -170,13 +150,13 @@ TEST_F(WindowFaults, TwentyThousandFilesMoveToTheSelectionAndBack) {
   ASSERT_EQ(count + 2, ui.potential_files->size());
   for (int line = 3; line <= count + 2; ++line)
     ui.potential_files->select(line);
-  ui.add_button->do_callback();
+  add({});
   draw();
   EXPECT_EQ(count, ui.selected_files->size());
   EXPECT_EQ((Texts{"@b.", "@b.."}), potential());
 
   for (int line = 1; line <= count; ++line) ui.selected_files->select(line);
-  ui.remove_button->do_callback();
+  remove({});
   draw();
   EXPECT_EQ(0, ui.selected_files->size());
   EXPECT_EQ(count + 2, ui.potential_files->size());
