@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -41,7 +40,7 @@ class HelpKeys : public MainWindowTest {
  protected:
   void SetUp() override {
     MainWindowTest::SetUp();
-    set_environment("QUMBRA_HOME", folder.path());
+    set_environment("QUMBRA_HOME", home);
     set_environment("BROWSER", write_browser("tools/browser"));
   }
   void start() {
@@ -49,86 +48,74 @@ class HelpKeys : public MainWindowTest {
     offer_help_keys(window.get());
   }
 
-  std::string handbook() const {
-    return path_of("share/doc/zelkor/Zelkor_Handbook.html");
-  }
   // Whether the handbook was shown since the last question.
-  static bool shown_in_browser(const std::string& path) {
+  bool shown_in_browser() const {
     if (!fs::exists("tools/words")) return false;
-    EXPECT_EQ(words_of("file://" + path), content_of("tools/words"));
+    EXPECT_EQ(words_of("file://" + handbook), content_of("tools/words"));
     fs::remove("tools/words");
     return true;
   }
-  // Presses a key; returns the texts of the boxes that come up.
-  std::vector<std::string> boxes_after(int key) {
-    const MessageBoxes boxes;
-    press_key(*window, key);
-    return boxes.seen();
-  }
 
+  const std::string home = path_of("me@100%s");
+  const std::string handbook = home + "/share/doc/zelkor/Zelkor_Handbook.html";
   EnvironmentGuard qumbra_home{"QUMBRA_HOME"};
   EnvironmentGuard browser{"BROWSER"};
 };
 
-TEST_F(HelpKeys, F1ShowsTheHandbookOfTheInstallationDirectory) {
+TEST_F(HelpKeys, F1ShowsTheHandbookWhateverHasTheFocus) {
   alone([&] {
-    write_file(handbook(), "x");
-    start();
-    EXPECT_TRUE(boxes_after(f1).empty());
-    EXPECT_TRUE(shown_in_browser(handbook()));
-  });
-}
-
-TEST_F(HelpKeys, F1WorksWhateverHasTheFocusAndAsOftenAsItIsPressed) {
-  alone([&] {
-    write_file(handbook(), "x");
+    write_file(handbook, "handbook");
     start();
     for (Fl_Widget* widget : {static_cast<Fl_Widget*>(ui.output_dir_input),
                               static_cast<Fl_Widget*>(ui.potential_files),
-                              static_cast<Fl_Widget*>(ui.selected_files),
-                              static_cast<Fl_Widget*>(ui.add_button)}) {
-      widget->take_focus();
-      press_key(*window, f1);
-      EXPECT_TRUE(shown_in_browser(handbook()));
+                              static_cast<Fl_Widget*>(ui.add_button),
+                              static_cast<Fl_Widget*>(nullptr)}) {
+      Fl::focus(widget);
+      press_key(*window, f1, FL_NUM_LOCK | FL_CAPS_LOCK);
+      EXPECT_TRUE(shown_in_browser());
     }
-    Fl::focus(nullptr);
+    set_environment("BROWSER", std::nullopt);
     press_key(*window, f1);
-    EXPECT_TRUE(shown_in_browser(handbook()));
+    ASSERT_NE(nullptr, help_view());
+    EXPECT_STREQ("handbook", help_view()->value());
+    help_view()->window()->hide();
   });
 }
 
-TEST_F(HelpKeys, LocksDoNotChangeTheKeys) {
+// Help would come up behind a modal box, and could not be used.
+TEST_F(HelpKeys, ShiftF1ShowsTheAboutBoxWithoutHelpOverTheWindow) {
   alone([&] {
-    write_file(handbook(), "x");
+    write_file(handbook, "x");
     start();
-    press_key(*window, f1, FL_NUM_LOCK | FL_CAPS_LOCK);
-    EXPECT_TRUE(shown_in_browser(handbook()));
+    window->position(400, 300);
+    Fl::check();
     int boxes = 0;
     const WhenModal user([&](Fl_Window& box) {
       ++boxes;
+      EXPECT_EQ("About Zelkor " + version_text(build_date()), box.label());
+      auto& dialog = dynamic_cast<Fl_Dialog&>(box);
+      EXPECT_EQ(420, box.w());
+      EXPECT_EQ(window->x() + window->w() / 2 - 210, box.x());
+      EXPECT_EQ(window->y() + window->h() / 2 - box.h() / 2, box.y());
+      EXPECT_EQ((Place{120, 10, 180, 108}),
+                place_of(*dialog.work_area()->child(0)));
+      const std::string text =
+          dynamic_cast<Fl_Multiline_Output&>(*dialog.work_area()->child(1))
+              .value();
+      for (const char* part :
+           {"Zelkor", "F1", "based in part on the work of the FLTK project"})
+        EXPECT_NE(std::string::npos, text.find(part)) << part;
+      press_key(box, f1);
+      press_key(box, f1, FL_SHIFT);
+      EXPECT_EQ(&box, Fl::modal());
       click(*button_of(box, "okay"));
     });
     press_key(*window, f1, FL_SHIFT | FL_NUM_LOCK | FL_CAPS_LOCK);
     EXPECT_EQ(1, boxes);
-    EXPECT_FALSE(shown_in_browser(handbook()));
-  });
-}
-
-TEST_F(HelpKeys, OtherKeysShowNothing) {
-  alone([&] {
-    write_file(handbook(), "x");
-    start();
-    int boxes = 0;
-    const ModalWatcher watcher([&](Fl_Window& box) {
-      ++boxes;
-      box.hide();
-    });
-    for (const int key : {FL_F + 2, FL_F + 10, FL_F + 11, FL_Help, int{'1'}})
-      for (const int modifiers : {0, FL_SHIFT})
-        press_key(*window, key, modifiers);
-    Fl::check();
-    EXPECT_FALSE(shown_in_browser(handbook()));
-    EXPECT_EQ(0, boxes);
+    EXPECT_EQ(nullptr, Fl::modal());
+    EXPECT_FALSE(shown_in_browser());
+    press_key(*window, f1);
+    EXPECT_TRUE(shown_in_browser());
   });
 }
 
@@ -139,15 +126,20 @@ int note_key(int event) {
   return 0;
 }
 
-TEST_F(HelpKeys, OnlyOtherKeysAreHandedOn) {
+TEST_F(HelpKeys, OtherKeysAreHandedOn) {
   alone([&] {
-    write_file(handbook(), "x");
+    write_file(handbook, "x");
     Fl::add_handler(note_key);
     start();  // later handlers come first
+    const MessageBoxes boxes;
     press_key(*window, f1);
+    EXPECT_TRUE(shown_in_browser());
     EXPECT_EQ(std::vector<int>(), keys_handed_on);
-    press_key(*window, FL_F + 2);
-    EXPECT_EQ(std::vector<int>{FL_F + 2}, keys_handed_on);
+    const std::vector<int> keys = {FL_F + 2, FL_F + 11, FL_Help, '1'};
+    for (const int key : keys) press_key(*window, key);
+    EXPECT_EQ(keys, keys_handed_on);
+    EXPECT_FALSE(shown_in_browser());
+    EXPECT_EQ(Texts{}, boxes.seen());
   });
 }
 
@@ -161,7 +153,7 @@ struct Greedy : Fl_Box {
 
 TEST_F(HelpKeys, WidgetThatWantsTheKeyHasIt) {
   alone([&] {
-    write_file(handbook(), "x");
+    write_file(handbook, "x");
     start();
     Fl_Window other(10, 10, 100, 100);
     auto* const greedy = new Greedy(0, 0, 100, 100);
@@ -169,211 +161,79 @@ TEST_F(HelpKeys, WidgetThatWantsTheKeyHasIt) {
     show_and_wait(other);
     Fl::focus(greedy);
     press_key(other, f1);
-    EXPECT_FALSE(shown_in_browser(handbook()));
+    EXPECT_FALSE(shown_in_browser());
     Fl::focus(nullptr);
     press_key(other, f1);
-    EXPECT_TRUE(shown_in_browser(handbook()));
+    EXPECT_TRUE(shown_in_browser());
   });
 }
 
-TEST_F(HelpKeys, HandbookIsShownInTheViewerWithoutABrowser) {
-  alone([&] {
-    set_environment("BROWSER", std::nullopt);
-    write_file(handbook(), "handbook");
-    start();
-    press_key(*window, f1);
-    const Fl_Help_View* view = nullptr;
-    for (Fl_Window* w = Fl::first_window(); w != nullptr;
-         w = Fl::next_window(w))
-      for (int i = 0; i < w->children(); ++i)
-        if (auto* found = dynamic_cast<Fl_Help_View*>(w->child(i)))
-          view = found;
-    ASSERT_NE(nullptr, view);
-    EXPECT_STREQ("handbook", view->value());
-    view->window()->hide();
-  });
-}
-
-// Where the handbook of this program would be: beside the folder it is in.
-std::string own_handbook() {
-  return fs::read_symlink("/proc/self/exe").parent_path().parent_path() /
-         "share/doc/zelkor/Zelkor_Handbook.html";
-}
-
+// Its own handbook would be beside the folder that this program is in. An empty
+// one counts as missing.
 TEST_F(HelpKeys, WithoutHandbookAMessageNamesTheTwoPlaces) {
   alone([&] {
     start();
-    const std::vector<std::string> boxes = boxes_after(f1);
-    ASSERT_EQ(1u, boxes.size());
-    EXPECT_EQ("i The handbook is neither\n" + handbook() + "\nnor\n" +
-                  own_handbook() +
-                  "\nQUMBRA_HOME names the directory below which it is "
-                  "sought.",
-              boxes[0]);
-    EXPECT_FALSE(fs::exists("tools/words"));
-  });
-}
-
-TEST_F(HelpKeys, PlacesInTheMessageAreShownAsTheyAre) {
-  alone([&] {
-    set_environment("QUMBRA_HOME", path_of("me@100%s"));
-    start();
-    const std::vector<std::string> boxes = boxes_after(f1);
-    ASSERT_EQ(1u, boxes.size());
-    EXPECT_NE(std::string::npos, boxes[0].find("/me@@100%s/share/doc/zelkor/"))
-        << boxes[0];
-  });
-}
-
-TEST_F(HelpKeys, EmptyHandbookCountsAsMissing) {
-  alone([&] {
-    write_file(handbook(), "");
-    start();
-    EXPECT_EQ(1u, boxes_after(f1).size());
-    EXPECT_FALSE(fs::exists("tools/words"));
-  });
-}
-
-TEST_F(HelpKeys, HandbookThatComesLaterIsFound) {
-  alone([&] {
-    start();
-    EXPECT_EQ(1u, boxes_after(f1).size());
-    write_file(handbook(), "x");
-    EXPECT_EQ(0u, boxes_after(f1).size());
-    EXPECT_TRUE(shown_in_browser(handbook()));
-  });
-}
-
-TEST_F(HelpKeys, ShiftF1ShowsTheAboutBoxOverTheWindow) {
-  alone([&] {
-    write_file(handbook(), "x");
-    start();
-    window->position(400, 300);
-    Fl::check();
-    int boxes = 0;
-    const WhenModal user([&](Fl_Window& box) {
-      ++boxes;
-      EXPECT_EQ("About Zelkor " + version_text(build_date()), box.label());
-      auto& dialog = dynamic_cast<Fl_Dialog&>(box);
-      EXPECT_EQ(420, box.w());
-      EXPECT_EQ(window->x() + window->w() / 2 - 210, box.x());
-      EXPECT_EQ(window->y() + window->h() / 2 - box.h() / 2, box.y());
-      const Fl_Widget& logo = *dialog.work_area()->child(0);
-      EXPECT_EQ((Place{120, 10, 180, 108}), place_of(logo));
-      const std::string text =
-          dynamic_cast<Fl_Multiline_Output&>(*dialog.work_area()->child(1))
-              .value();
-      for (const char* part :
-           {"Zelkor", "F1", "based in part on the work of the FLTK project"})
-        EXPECT_NE(std::string::npos, text.find(part)) << part;
-      click(*button_of(box, "okay"));
-    });
-    press_key(*window, f1, FL_SHIFT);
-    EXPECT_EQ(1, boxes);
-    EXPECT_EQ(nullptr, Fl::modal());
-    EXPECT_FALSE(shown_in_browser(handbook()));
-  });
-}
-
-// Help would come up behind a modal box, and could not be used.
-TEST_F(HelpKeys, ModalBoxesHaveNoHelp) {
-  alone([&] {
-    write_file(handbook(), "x");
-    start();
-    int boxes = 0;
-    const WhenModal user([&](Fl_Window& box) {
-      ++boxes;
-      press_key(box, f1);
-      press_key(box, f1, FL_SHIFT);
-      EXPECT_EQ(&box, Fl::modal());
-      EXPECT_FALSE(shown_in_browser(handbook()));
-      click(*button_of(box, "cancel"));
-    });
-    press_key(*window, f1, FL_SHIFT);
-    EXPECT_EQ(1, boxes);
+    const std::string own =
+        fs::read_symlink("/proc/self/exe").parent_path().parent_path() /
+        "share/doc/zelkor/Zelkor_Handbook.html";
+    const std::string message =
+        "i The handbook is neither\n" +
+        path_of("me@@100%s/share/doc/zelkor/Zelkor_Handbook.html") + "\nnor\n" +
+        own + "\nQUMBRA_HOME names the directory below which it is sought.";
+    const MessageBoxes boxes;
     press_key(*window, f1);
-    EXPECT_TRUE(shown_in_browser(handbook()));
+    write_file(handbook, "");
+    press_key(*window, f1);
+    EXPECT_EQ((Texts{message, message}), boxes.seen());
+    EXPECT_FALSE(shown_in_browser());
+    write_file(handbook, "x");
+    press_key(*window, f1);
+    EXPECT_EQ(2u, boxes.seen().size());
+    EXPECT_TRUE(shown_in_browser());
   });
 }
 
 // --- The program as it is installed ---
 
-// Installs the program below the working directory, starts it and presses F1
-// in its window.
-class InstalledProgram : public testing::Test {
- protected:
-  void SetUp() override {
-    fs::create_directories("prefix/bin");
-    fs::copy_file(ZELKOR_PROGRAM, "prefix/bin/zelkor");
-    browser = write_browser();
-  }
-  void press_f1(const std::string& qumbra_home) {
-    const std::string home = folder.path();
-    program = std::make_unique<Program>(
-        std::vector<std::string>{"env", "HOME=" + home, "BROWSER=" + browser,
-                                 "QUMBRA_HOME=" + qumbra_home,
-                                 folder.path() / started_as},
-        "output", "errors");
-    ASSERT_TRUE(window.wait_for(*program));
-    window.click(265, 230);
-    window.press_key("F1");
-  }
-  std::string address(const std::string& path) const {
-    return words_of("file://" + folder.path().string() + "/" + path);
-  }
-  // The words that the browser was given, once it was.
-  static std::string words() {
-    if (!wait_until([] { return fs::exists("words"); })) return "(none)";
-    return content_of("words");
-  }
-
-  const std::string own = "prefix/share/doc/zelkor/Zelkor_Handbook.html";
-  std::string browser;
-  fs::path started_as = "prefix/bin/zelkor";
-  TemporaryFolder folder;
-  ProgramWindow window;
-  std::unique_ptr<Program> program;
-};
-
-TEST_F(InstalledProgram, F1ShowsTheHandbookBelowItsOwnPrefix) {
+TEST(InstalledProgram, F1ShowsTheHandbookOfTheFirstPrefixThatHasOne) {
+  const TemporaryFolder folder;
+  const std::string home = folder.path();
+  const std::string handbook = "share/doc/zelkor/Zelkor_Handbook.html";
+  const std::string own = home + "/prefix/" + handbook;
+  const std::string common = home + "/" + handbook;
+  const std::string built =
+      fs::path(ZELKOR_PROGRAM).parent_path().parent_path() / handbook;
   write_file(own, "x");
-  press_f1("/nowhere");
-  EXPECT_EQ(address(own), words());
-}
-
-TEST_F(InstalledProgram, StaysUsableAfterF1) {
-  write_file(own, "x");
-  press_f1("/nowhere");
-  EXPECT_EQ(address(own), words());
-  EXPECT_TRUE(program->running());
-  window.press_key("Escape");
-  ASSERT_TRUE(wait_until([this] { return !program->running(); }));
-  EXPECT_EQ(0, program->wait());
-}
-
-TEST_F(InstalledProgram, StartedThroughALinkItFindsItsHandbookToo) {
-  write_file(own, "x");
-  fs::create_symlink("prefix/bin/zelkor", "z");
-  started_as = "z";
-  press_f1("/nowhere");
-  EXPECT_EQ(address(own), words());
-}
-
-TEST_F(InstalledProgram, F1ShowsTheHandbookFromTheBuildDirectoryToo) {
-  started_as = ZELKOR_PROGRAM;
-  press_f1("/nowhere");
-  const fs::path built = started_as.parent_path().parent_path() /
-                         "share/doc/zelkor/Zelkor_Handbook.html";
-  EXPECT_EQ(words_of("file://" + built.string()), words());
-  EXPECT_NE(0u, fs::file_size(built));
-}
-
-TEST_F(InstalledProgram, HandbookOfTheInstallationDirectoryComesFirst) {
-  write_file(own, "x");
-  const std::string common = "share/doc/zelkor/Zelkor_Handbook.html";
   write_file(common, "x");
-  press_f1(folder.path());
-  EXPECT_EQ(address(common), words());
+  fs::create_directories("prefix/bin");
+  fs::copy_file(ZELKOR_PROGRAM, "prefix/bin/zelkor");
+  fs::create_symlink("prefix/bin/zelkor", "z");
+  const struct {
+    std::string program, qumbra_home, shown;
+  } cases[] = {
+      {home + "/prefix/bin/zelkor", "/nowhere", own},
+      {home + "/z", "/nowhere", own},
+      {ZELKOR_PROGRAM, "/nowhere", built},
+      {home + "/prefix/bin/zelkor", home, common},
+  };
+  const std::string browser = write_browser();
+  ProgramWindow window;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.shown);
+    window.pass_over_present();
+    Program program({"env", "HOME=" + home, "BROWSER=" + browser,
+                     "QUMBRA_HOME=" + c.qumbra_home, c.program},
+                    "output", "errors");
+    ASSERT_TRUE(window.wait_for(program));
+    window.press_key_over_window("F1");
+    ASSERT_TRUE(wait_until([] { return fs::exists("words"); }));
+    EXPECT_EQ(words_of("file://" + c.shown), content_of("words"));
+    EXPECT_NE(0u, fs::file_size(c.shown));
+    fs::remove("words");
+    window.press_key("Escape");
+    ASSERT_TRUE(wait_until([&] { return !program.running(); }));
+    EXPECT_EQ(0, program.wait());
+  }
 }
 
 }  // namespace

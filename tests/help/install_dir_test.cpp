@@ -166,13 +166,16 @@ std::string in_new_process(const std::function<std::string()>& question) {
 
 using Environment = std::map<std::string, std::string>;
 
-// The variables that matter have these values only; "~" stands for the working
-// directory.
+// "~" stands for the working directory.
+std::string expanded(const std::string& text) {
+  return std::regex_replace(text, std::regex("~"), fs::current_path().string());
+}
+
+// The variables that matter have these values only.
 void enter(const Environment& environment) {
   for (const char* name : {"QUMBRA_HOME", "HOME", "PATH"}) unsetenv(name);
   for (const auto& [name, value] : environment)
-    set_environment(name, std::regex_replace(value, std::regex("~"),
-                                             fs::current_path().string()));
+    set_environment(name, expanded(value));
 }
 
 static_assert(std::is_reference_v<decltype(QUMBRA_DIR())>);
@@ -180,6 +183,8 @@ static_assert(std::is_reference_v<decltype(QUMBRA_DIR())>);
 using InstallDir = Files;
 
 TEST_F(InstallDir, IsSoughtInThisOrder) {
+  const Environment home_and_path = {{"HOME", "~"}, {"PATH", "~/x/bin:/bin"}};
+  // clang-format off
   const struct {
     Names files, empty_files;
     Environment environment;
@@ -189,62 +194,38 @@ TEST_F(InstallDir, IsSoughtInThisOrder) {
       {{}, {}, {{"QUMBRA_HOME", "C:\\tools\\x\\"}}, "C:/tools/x"},
       {{}, {}, {{"QUMBRA_HOME", "/opt/x//"}}, "/opt/x/"},
       {{}, {}, {{"QUMBRA_HOME", "/opt/q@ a%s"}}, "/opt/q@ a%s"},
-      {{".qumbra/file", "x/bin/plomvek"},
-       {},
+      {{".qumbra/file", "x/bin/plomvek"}, {},
        {{"QUMBRA_HOME", "/nowhere"}, {"HOME", "~"}, {"PATH", "~/x/bin:"}},
        "/nowhere"},
       // .qumbra in the home directory.
-      {{".qumbra/file"}, {}, {{"HOME", "~"}}, "~/.qumbra"},
       {{".qumbra/file"}, {}, {{"HOME", "~/"}}, "~//.qumbra"},
-      {{"home/me/.qumbra/file"}, {}, {{"HOME", "home\\me"}}, "home/me/.qumbra"},
-      {{".qumbra/file", "x/bin/plomvek"},
-       {},
-       {{"HOME", "~"}, {"PATH", "~/x/bin:/usr/bin"}},
-       "~/.qumbra"},
+      {{"me/.qumbra/file"}, {}, {{"HOME", ".\\me"}}, "./me/.qumbra"},
+      {{".qumbra/file", "x/bin/plomvek"}, {}, home_and_path, "~/.qumbra"},
       // Above the bin where the sibling program is.
-      {{"x/bin/plomvek"},
-       {},
-       {{"HOME", "~"}, {"PATH", "~/x/bin:/usr/bin"}},
-       "~/x"},
-      {{"x/bin/plomvek"},
-       {".qumbra"},
-       {{"HOME", "~"}, {"PATH", "~/x/bin:/usr/bin"}},
-       "~/x"},
-      {{"x/bin/plomvek"}, {}, {{"PATH", "./x/bin:/usr/bin"}}, "./x"},
+      {{"x/bin/plomvek"}, {}, home_and_path, "~/x"},
+      {{"x/bin/plomvek"}, {".qumbra"}, home_and_path, "~/x"},
       {{"x/bin/plomvek"}, {}, {{"PATH", "x\\bin:/usr/bin"}}, "x"},
       {{"x/bin/plomvek"}, {}, {{"PATH", "/usr/bin:~/x/bin"}}, "/qumbra"},
-      {{"y/bin/plomvek"},
-       {"x/bin/plomvek"},
-       {{"PATH", "~/x/bin:~/y/bin:"}},
+      {{"y/bin/plomvek"}, {"x/bin/plomvek"}, {{"PATH", "~/x/bin:~/y/bin:"}},
        "~/y"},
       // The last place of the sibling's name counts.
-      {{"bin/plomvek/bin/plomvek"},
-       {},
-       {{"PATH", "~/bin/plomvek/bin:"}},
+      {{"bin/plomvek/bin/plomvek"}, {}, {{"PATH", "~/bin/plomvek/bin:"}},
        "~/bin/plomvek"},
       {{"bin/plomvek.d/plomvek"}, {}, {{"PATH", "~/bin/plomvek.d:"}}, "~"},
       // A sibling that is found elsewhere first leads nowhere.
-      {{"plomvek", "x/bin/plomvek"},
-       {},
-       {{"PATH", "~/x/bin:/usr/bin"}},
-       "/qumbra"},
-      {{"x/tools/plomvek", "y/bin/plomvek"},
-       {},
-       {{"PATH", "x/tools:~/y/bin:"}},
-       "/qumbra"},
-      {{"bin/plomvek", "y/bin/plomvek"},
-       {},
-       {{"PATH", "bin:~/y/bin:"}},
+      {{"plomvek", "x/bin/plomvek"}, {}, home_and_path, "/qumbra"},
+      {{"x/tools/plomvek", "y/bin/plomvek"}, {},
+       {{"PATH", "x/tools:~/y/bin:"}}, "/qumbra"},
+      {{"bin/plomvek", "y/bin/plomvek"}, {}, {{"PATH", "bin:~/y/bin:"}},
        "/qumbra"},
       {{}, {}, {}, "/qumbra"},
-      {{}, {}, {{"HOME", "~"}, {"PATH", "/usr/bin:/bin"}}, "/qumbra"},
+      {{}, {}, home_and_path, "/qumbra"},
   };
+  // clang-format on
   for (const auto& row : rows) {
     const TemporaryFolder of_the_row;
     write_files(row.files, row.empty_files);
-    EXPECT_EQ(std::regex_replace(row.directory, std::regex("~"),
-                                 fs::current_path().string()),
-              in_new_process([&] {
+    EXPECT_EQ(expanded(row.directory), in_new_process([&] {
                 enter(row.environment);
                 return QUMBRA_DIR();
               }))
