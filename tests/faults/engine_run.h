@@ -3,8 +3,6 @@
 #ifndef ZELKOR_TESTS_FAULTS_ENGINE_RUN_H
 #define ZELKOR_TESTS_FAULTS_ENGINE_RUN_H
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -14,23 +12,22 @@
 #include "driver/settings.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
-#include "tests/support/fixed_clock.h"
 #include "tests/support/ordinary_user.h"
+#include "tests/support/page_test.h"
 #include "tests/support/page_text.h"
 #include "tests/support/recorded_progress.h"
-#include "tests/support/settings_guard.h"
-#include "tests/support/temporary_folder.h"
 
 inline const std::string page_a = "a1751050.html";
 inline const std::string page_b = "b1756053.html";
 
-/// Runs over "a.f90" and "b.f90" into the directory HTML, with the rights of an
-/// ordinary user and a known time stamp.
-class EngineRun : public testing::Test {
+/// Runs over "a.f90" and "b.f90" with the rights of an ordinary user.
+class EngineRun : public PageTest {
  protected:
   EngineRun() {
+    // Made anew, for it is to be that user's own.
+    std::filesystem::remove("HTML");
     std::filesystem::create_directory("HTML");
-    progress_reports.clear();
+    after_report(0, nullptr);
   }
   ~EngineRun() override { progress_hook = nullptr; }
 
@@ -40,10 +37,19 @@ class EngineRun : public testing::Test {
   }
   void run() { run(both); }
 
+  /// A run that ends as if nothing had befallen it.
+  void expect_whole_run() {
+    run();
+    EXPECT_EQ(
+        (std::vector<std::string>{"a.f90", "b.f90", "a.f90", "b.f90", "a.f90",
+                                  "b.f90", "printing index...", "Done!"}),
+        messages());
+  }
+
   /// Has something happen once, right after the report number `step` of the
   /// next run, counted from 1: over two files, 1 and 2 end the declaration
   /// pass of a file, 3 and 4 the call pass, 5 and 6 the page pass; 7 is before
-  /// the index and 8 after it. Also stops the clock of the run.
+  /// the index and 8 after it. Every run has a known time stamp.
   static void after_report(std::size_t step,
                            const std::function<void()>& fault) {
     progress_hook = [step, fault](const ProgressReport&) {
@@ -60,28 +66,19 @@ class EngineRun : public testing::Test {
     return texts;
   }
 
-  static const std::vector<std::string>& messages_of_whole_run() {
-    static const std::vector<std::string> texts = {"a.f90",
-                                                   "b.f90",
-                                                   "a.f90",
-                                                   "b.f90",
-                                                   "a.f90",
-                                                   "b.f90",
-                                                   "printing index...",
-                                                   "Done!"};
-    return texts;
-  }
-
-  /// The page of a source whose lines make up `content`.
-  static std::string page(const std::string& title,
+  /// Expects the page of a source whose lines make up `content`.
+  static void expect_page(const std::string& file, const std::string& title,
                           const std::string& content) {
-    return source_page(title, content, date_time);
+    EXPECT_EQ(source_page(title, content, 1235911445), content_of(file));
+  }
+  static void expect_page_a(const std::string& content) {
+    expect_page("HTML/" + page_a, "a.f90", content);
+  }
+  static void expect_page_b(const std::string& content) {
+    expect_page("HTML/" + page_b, "b.f90", content);
   }
 
-  const TemporaryFolder folder;
   const AsOrdinaryUser user{folder.path()};
-  const SettingsGuard settings;
-  const TimeZone utc;
   FileList both = FileList({"a.f90", "b.f90"});
 };
 

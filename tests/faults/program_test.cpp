@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "tests/support/capture.h"
+#include "tests/support/page_text.h"
 #include "tests/support/program_window.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/virtual_display.h"
@@ -28,16 +29,6 @@ namespace fs = std::filesystem;
 namespace {
 
 using Words = std::vector<std::string>;
-
-const std::string page_end = "</body>\n</html>\n";
-
-bool is_whole(const std::string& page) {
-  if (!fs::exists(page)) return false;
-  const std::string text = content_of(page);
-  return text.size() > page_end.size() &&
-         text.compare(text.size() - page_end.size(), page_end.size(),
-                      page_end) == 0;
-}
 
 // A source that holds a run up until it is served. It is a named pipe: whoever
 // opens it for reading waits for a writer.
@@ -111,9 +102,12 @@ class ProgramRun : public testing::Test {
     return program->wait();
   }
 
-  int close_and_end() {
+  // Waits for the last page of a run, and closes the window.
+  void finish() {
+    EXPECT_TRUE(wait_until([] { return is_whole_page("pages/index.html"); }));
     window->close();
-    return end();
+    EXPECT_EQ(0, end());
+    EXPECT_EQ("", errors());
   }
 
   std::string output() { return content_of(folder.path() / "output"); }
@@ -143,17 +137,13 @@ TEST_F(ProgramRun, ReportsThatNobodyTakesDoNotHinderIt) {
     write_file("a.f90", "x = 1\n");
     start({"-e", "f90", "-v", "5"}, led);
     press_generate();
-    EXPECT_TRUE(wait_until([] { return is_whole("pages/index.html"); }));
+    finish();
     EXPECT_EQ(2, page_count());
     for (const auto& page : fs::directory_iterator("pages")) {
-      EXPECT_EQ(0u, content_of(page.path()).find("<html>"));
       EXPECT_EQ(std::string::npos,
                 content_of(page.path()).find("Generating HTML"));
-      EXPECT_TRUE(is_whole(page.path()));
+      EXPECT_TRUE(is_whole_page(page.path()));
     }
-    EXPECT_TRUE(program->running());
-    EXPECT_EQ(0, close_and_end());
-    EXPECT_EQ("", errors());
   }
 }
 
@@ -208,6 +198,15 @@ class HeldRun : public ProgramRun {
     return text + "Generating HTML index..\nDone!\n";
   }
 
+  void expect_the_run_to_end() {
+    source.serve("y = 1\n");
+    EXPECT_EQ(0, end());
+    EXPECT_EQ(reports_of_whole_run(), output());
+    EXPECT_EQ("", errors());
+    EXPECT_EQ(4, page_count());
+    EXPECT_TRUE(is_whole_page("pages/index.html"));
+  }
+
   HeldSource source{"b.f90"};
 };
 
@@ -220,38 +219,28 @@ TEST_F(HeldRun, ADisplayThatGoesAwayLeavesWholePages) {
   EXPECT_NE("", errors());
   EXPECT_EQ(2, page_count());
   for (const auto& page : fs::directory_iterator("pages"))
-    EXPECT_TRUE(is_whole(page.path()));
+    EXPECT_TRUE(is_whole_page(page.path()));
   EXPECT_EQ("x = 1\n", content_of("a.f90"));
 }
 
 TEST_F(HeldRun, AWindowThatIsClosedLetsTheRunEnd) {
   run_up_to_page_b();
   window->close();
-  source.serve("y = 1\n");
-  EXPECT_EQ(0, end());
-  EXPECT_EQ(reports_of_whole_run(), output());
-  EXPECT_EQ("", errors());
-  EXPECT_EQ(4, page_count());
-  EXPECT_TRUE(is_whole("pages/index.html"));
+  expect_the_run_to_end();
 }
 
 TEST_F(HeldRun, EscapeLetsTheRunEnd) {
   run_up_to_page_b();
   window->press_key("Escape");
-  source.serve("y = 1\n");
-  EXPECT_EQ(0, end());
-  EXPECT_EQ(reports_of_whole_run(), output());
-  EXPECT_EQ(4, page_count());
+  expect_the_run_to_end();
 }
 
 TEST_F(HeldRun, FurtherPressesOnGenerateAreIgnored) {
   run_up_to_page_b();
   for (int press = 0; press < 3; ++press) window->press_generate();
   source.serve("y = 1\n");
-  EXPECT_TRUE(wait_until([] { return is_whole("pages/index.html"); }));
-  EXPECT_EQ(0, close_and_end());
+  finish();
   EXPECT_EQ(reports_of_whole_run(), output());
-  EXPECT_EQ("", errors());
 }
 
 TEST_F(HeldRun, AnOutputDirectoryThatIsRemovedStopsTheProgram) {
@@ -264,7 +253,7 @@ TEST_F(HeldRun, AnOutputDirectoryThatIsRemovedStopsTheProgram) {
       "failed.\n",
       errors());
   for (const auto& page : fs::directory_iterator("moved"))
-    EXPECT_TRUE(is_whole(page.path()));
+    EXPECT_TRUE(is_whole_page(page.path()));
 }
 
 TEST_F(ProgramRun, ACircleOfLinksIsFollowedAsFarAsTheSystemAllows) {
@@ -272,8 +261,7 @@ TEST_F(ProgramRun, ACircleOfLinksIsFollowedAsFarAsTheSystemAllows) {
   fs::create_directory_symlink("..", "sub/up");
   start({"-r", "-e", "f90", "-v", "1"});
   press_generate();
-  EXPECT_TRUE(wait_until([] { return is_whole("pages/index.html"); }));
-  EXPECT_EQ(0, close_and_end());
+  finish();
   // Linux follows 40 links in a path.
   std::string path = "./";
   for (int links = 0; links <= 40; ++links) {
@@ -303,9 +291,7 @@ TEST_F(ProgramRun, OpensInADirectoryOfAnyLength) {
     fs::create_directory("pages");
     start({"-e", "f90"});
     press_generate();
-    EXPECT_TRUE(wait_until([] { return is_whole("pages/index.html"); }));
-    EXPECT_EQ(0, close_and_end());
-    EXPECT_EQ("", errors());
+    finish();
     fs::current_path(program_folder);
   }
 }
@@ -321,8 +307,7 @@ TEST_F(ProgramRun, TwentyThousandFilesAreSelectedAndGenerated) {
     fs::create_hard_link("s0.f90", "s" + std::to_string(i) + ".f90");
   start({"-e", "f90"});
   press_generate();
-  EXPECT_TRUE(wait_until([] { return is_whole("pages/index.html"); }));
-  EXPECT_EQ(0, close_and_end());
+  finish();
   EXPECT_EQ(count + 1, page_count());
 }
 

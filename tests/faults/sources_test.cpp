@@ -8,6 +8,7 @@
 #include <fstream>
 #include <string>
 
+#include "html/page_names.h"
 #include "tests/faults/engine_run.h"
 
 namespace fs = std::filesystem;
@@ -16,6 +17,8 @@ namespace {
 
 const std::string solve_link =
     "<a HREF=\"b1756053.html#solve-1\"><b>solve</b></a>";
+const std::string content_a =
+    "call <a NAME=\"line1\"></a>" + solve_link + "\nend\n";
 
 // a.f90 calls the unit of b.f90 once.
 class Sources : public EngineRun {
@@ -27,20 +30,9 @@ class Sources : public EngineRun {
 
   static std::string index() { return content_of("HTML/index.html"); }
 
-  static const std::string& content_a() {
-    static const std::string content =
-        "call <a NAME=\"line1\"></a>" + solve_link + "\nend\n";
-    return content;
-  }
   static std::string content_b(const std::string& rest) {
     return "subroutine <a NAME=\"solve-1\"><b>solve</b></a>" +
            callers_menu(caller(page_a, "a.f90", 1)) + rest;
-  }
-
-  static const std::string& index_entry() {
-    static const std::string entry =
-        "\n<LI> <a HREF=\"b1756053.html#solve-1\"><b>solve</b></a>";
-    return entry;
   }
 };
 
@@ -52,20 +44,9 @@ TEST_F(Sources, OneWithoutTheRightToReadItIsSkippedByEveryPass) {
       "Generating XREF for a.f90...OK\n"
       "Generating HTML for a.f90...OK\n"
       "Generating HTML index..\nDone!\n",
-      printed([this] { run(); }));
-  EXPECT_EQ(messages_of_whole_run(), messages());
-  EXPECT_EQ(page("a.f90", "call solve\nend\n"), content_of("HTML/" + page_a));
+      printed([this] { expect_whole_run(); }));
+  expect_page_a("call solve\nend\n");
   EXPECT_FALSE(fs::exists("HTML/" + page_b));
-  EXPECT_EQ(std::string::npos, index().find("solve"));
-}
-
-TEST_F(Sources, OneInADirectoryWithoutRightsIsSkippedByEveryPass) {
-  write_file("locked/b.f90", "subroutine solve\nend\n");
-  FileList files({"a.f90", "locked/b.f90"});
-  const Locked lock("locked");
-  run(files);
-  EXPECT_EQ("Done!", messages().back());
-  EXPECT_EQ(page("a.f90", "call solve\nend\n"), content_of("HTML/" + page_a));
   EXPECT_EQ(std::string::npos, index().find("solve"));
 }
 
@@ -80,28 +61,17 @@ TEST_F(Sources, OneRemovedAfterItsDeclarationsWereReadHasNoPage) {
       "Generating XREF for a.f90...OK\n"
       "Generating HTML for a.f90...OK\n"
       "Generating HTML index..\nDone!\n",
-      printed([this] { run(); }));
-  EXPECT_EQ(messages_of_whole_run(), messages());
-  EXPECT_EQ(page("a.f90", content_a()), content_of("HTML/" + page_a));
+      printed([this] { expect_whole_run(); }));
+  expect_page_a(content_a);
   EXPECT_FALSE(fs::exists("HTML/" + page_b));
-  EXPECT_NE(std::string::npos, index().find(index_entry()));
+  EXPECT_NE(std::string::npos, index().find("\n<LI> " + solve_link));
 }
 
 TEST_F(Sources, OneRemovedAfterItsReferencesWereReadStaysACaller) {
   after_report(4, [] { fs::remove("a.f90"); });
-  run();
-  EXPECT_EQ(messages_of_whole_run(), messages());
+  expect_whole_run();
   EXPECT_FALSE(fs::exists("HTML/" + page_a));
-  EXPECT_EQ(page("b.f90", content_b("\nx = 1\nend\n")),
-            content_of("HTML/" + page_b));
-}
-
-TEST_F(Sources, OneLockedDuringARunIsSkippedFromThenOn) {
-  after_report(4, [] { fs::permissions("b.f90", fs::perms::none); });
-  run();
-  EXPECT_EQ(messages_of_whole_run(), messages());
-  EXPECT_EQ(page("a.f90", content_a()), content_of("HTML/" + page_a));
-  EXPECT_FALSE(fs::exists("HTML/" + page_b));
+  expect_page_b(content_b("\nx = 1\nend\n"));
 }
 
 TEST_F(Sources, OneCutBetweenPassesIsShownAsFarAsItGoes) {
@@ -113,14 +83,13 @@ TEST_F(Sources, OneCutBetweenPassesIsShownAsFarAsItGoes) {
                    std::to_string(step));
       write_file("b.f90", text);
       after_report(step, [size] { fs::resize_file("b.f90", size); });
-      run();
-      EXPECT_EQ(messages_of_whole_run(), messages());
+      expect_whole_run();
       std::string shown;
       if (size >= first_line)
         shown = content_b("\n" + text.substr(first_line, size - first_line));
       shown.resize(shown.rfind('\n') + 1);
-      EXPECT_EQ(page("b.f90", shown), content_of("HTML/" + page_b));
-      EXPECT_EQ(page("a.f90", content_a()), content_of("HTML/" + page_a));
+      expect_page_b(shown);
+      expect_page_a(content_a);
     }
   }
 }
@@ -129,9 +98,7 @@ TEST_F(Sources, OneCutBetweenPassesIsShownAsFarAsItGoes) {
 TEST_F(Sources, OneThatGrowsAtItsBeginningLinksToAnAnchorThatIsGone) {
   after_report(4, [] { write_file("b.f90", "\nsubroutine solve\nend\n"); });
   run();
-  EXPECT_EQ(page("b.f90", "\nsubroutine <a NAME=\"line2\"></a>" + solve_link +
-                              "\nend\n"),
-            content_of("HTML/" + page_b));
+  expect_page_b("\nsubroutine <a NAME=\"line2\"></a>" + solve_link + "\nend\n");
 }
 
 TEST_F(Sources, OneReplacedByADirectoryHasAPageWithoutLines) {
@@ -139,17 +106,8 @@ TEST_F(Sources, OneReplacedByADirectoryHasAPageWithoutLines) {
     fs::remove("b.f90");
     fs::create_directory("b.f90");
   });
-  run();
-  EXPECT_EQ(messages_of_whole_run(), messages());
-  EXPECT_EQ(page("b.f90", ""), content_of("HTML/" + page_b));
-}
-
-TEST_F(Sources, ALinkToItselfIsSkipped) {
-  fs::remove("b.f90");
-  fs::create_symlink("b.f90", "b.f90");
-  run();
-  EXPECT_EQ(messages_of_whole_run(), messages());
-  EXPECT_FALSE(fs::exists("HTML/" + page_b));
+  expect_whole_run();
+  expect_page_b("");
 }
 
 // A path of so many bytes to a source that is named s.f90.
@@ -172,39 +130,16 @@ TEST_F(Sources, PathsOf255And1024And4095BytesAreRead) {
     ASSERT_EQ(length, path.size());
     write_file(path, "subroutine solve\nend subroutine solve\n");
     FileList files({path});
-    fs::remove_all("HTML");
-    fs::create_directory("HTML");
-    verbose = 1;
-    EXPECT_EQ("SUBROUTINE          ***\tsolve\tin " + path +
-                  "\nEND OF FILE\nGenerating XREF for " + path +
-                  "...OK\nGenerating HTML for " + path +
-                  "...OK\nGenerating HTML index..\nDone!\n",
-              printed([&] { run(files); }));
+    run(files);
     EXPECT_EQ(path, messages().front());
 
-    // The one page beside the index is named s, and a number.
-    std::string name;
-    for (const auto& entry : fs::directory_iterator("HTML"))
-      if (entry.path().filename() != "index.html")
-        name = entry.path().filename();
-    EXPECT_EQ(
-        page("s.f90", "subroutine <a NAME=\"solve-1\"><b>solve</b></a>" +
-                          callers_menu(caller(name, path, 2)) +
-                          "\nend subroutine <a NAME=\"line2\"></a><a HREF=\"" +
-                          name + "#solve-1\"><b>solve</b></a>\n"),
-        content_of("HTML/" + name));
+    const std::string name = HTML_REF(files.slot(0));
+    expect_page("HTML/" + name, "s.f90",
+                "subroutine <a NAME=\"solve-1\"><b>solve</b></a>" +
+                    callers_menu(caller(name, path, 2)) +
+                    "\nend subroutine <a NAME=\"line2\"></a><a HREF=\"" + name +
+                    "#solve-1\"><b>solve</b></a>\n");
   }
-}
-
-// The system takes no path of so many bytes, with the NUL that closes it.
-TEST_F(Sources, APathOf4096BytesIsSkippedAsUnreadable) {
-  FileList files({path_of_length(4096), "b.f90"});
-  run(files);
-  EXPECT_EQ(8u, messages().size());
-  EXPECT_EQ(path_of_length(4096), messages().front());
-  EXPECT_TRUE(fs::exists("HTML/" + page_b));
-  EXPECT_EQ(2, std::distance(fs::directory_iterator("HTML"),
-                             fs::directory_iterator()));
 }
 
 }  // namespace
