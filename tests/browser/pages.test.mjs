@@ -1,19 +1,18 @@
-// Opens the pages of two source trees in a browser and uses them by mouse.
+// Opens the pages of golden folders in a browser and uses them by mouse.
 
 import assert from 'node:assert/strict';
-import { execFileSync } from 'node:child_process';
-import { mkdirSync, mkdtempSync, rmSync, writeFileSync } from 'node:fs';
+import { mkdirSync, mkdtempSync, readFileSync, readdirSync, rmSync,
+  writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
-import { dirname, join } from 'node:path';
+import { join } from 'node:path';
 import { after, before, describe, it } from 'node:test';
 import { pathToFileURL } from 'node:url';
 
 import { launch, openPage } from './browser.mjs';
-import { expectedPages } from './expected.mjs';
-import { bringUp, contents, gapOnWay, landing, openPane, pointOn, pointOnLink,
+import { bringUp, gapOnWay, landing, links, openPane, pointOn, pointOnLink,
   shownPanes } from './in_page.mjs';
-import { calledSoOften, madeTree, treeBelow } from './trees.mjs';
 
+const golden = process.env.ZELKOR_GOLDEN;
 const scratch = mkdtempSync(join(tmpdir(), 'zelkor-pages-'));
 let browser;
 
@@ -23,31 +22,22 @@ after(async () => {
   rmSync(scratch, { recursive: true });
 });
 
-function writeTree(tree, directory) {
-  for (const [path, text] of tree) {
-    mkdirSync(dirname(join(directory, path)), { recursive: true });
-    writeFileSync(join(directory, path), text, 'latin1');
-  }
+// Puts the head into the expected pages of a folder; returns their addresses.
+function pagesOf(name) {
+  const expected = join(golden, `${name}.d`, 'expected');
+  const head = readFileSync(join(golden, 'head.html'), 'latin1');
+  mkdirSync(join(scratch, name));
+  return readdirSync(expected).filter((file) => file.endsWith('.html'))
+    .map((file) => {
+      const page = join(scratch, name, file);
+      const text = readFileSync(join(expected, file), 'latin1');
+      writeFileSync(page, text.replace('{{head}}\n', head), 'latin1');
+      return pathToFileURL(page).href;
+    });
 }
-
-// Writes the pages of a tree and returns the address of their directory.
-function makePages(tree, name) {
-  const sources = join(scratch, name);
-  const pages = join(scratch, `${name}-pages`);
-  writeTree(tree, sources);
-  mkdirSync(pages);
-  execFileSync(process.env.ZELKOR_MAKE_PAGES, [pages, ...tree.keys()],
-    { cwd: sources });
-  return pathToFileURL(pages) + '/';
-}
-
-const middle = ({ left, top, right, bottom }) =>
-  ({ x: (left + right) / 2, y: (top + bottom) / 2 });
-
-const texts = (columns) => columns.map((column) => column.map((a) => a.text));
 
 // Neither a mark nor an open pane reaches the left edge of the window.
-const moveAway = (page) => page.mouse.move(2, 400);
+const moveAway = (page) => page.mouse.move(2, 180);
 
 // Moves the mouse to the mark of a pop-up. Returns where that is, and the pane.
 async function open(page, number) {
@@ -59,18 +49,19 @@ async function open(page, number) {
 function assertInWindow({ box, window }, where) {
   const { left, top, right, bottom } = box;
   const inside = left >= 0 && top >= 0 && right <= window.width &&
-    bottom <= window.height;
+    bottom < window.height + 1;
   assert.ok(inside, `${where}: ${JSON.stringify({ ...box, ...window })}`);
 }
 
-// Compares the columns that are seen with the expected ones.
-function assertColumns(pane, columns, where) {
-  assert.deepEqual(texts(pane.columns), texts(columns), where);
-  for (const [i, column] of pane.columns.entries())
+const middle = ({ top, bottom }) => (top + bottom) / 2;
+
+// The links of a column are below each other, the columns side by side.
+function assertColumns({ columns }, where) {
+  for (const [i, column] of columns.entries())
     for (const [k, { text, lines, box }] of column.entries()) {
-      assert.equal(lines, 1, `${where}: ${text} is broken`);
-      if (k > 0) assert.ok(box.top > middle(column[k - 1].box).y, where);
-      if (i > 0) assert.ok(box.left > pane.columns[i - 1][0].box.right, where);
+      if (text) assert.equal(lines, 1, `${where}: ${text} is broken`);
+      if (k > 0) assert.ok(box.top > middle(column[k - 1].box), where);
+      if (i > 0) assert.ok(box.left > columns[i - 1][0].box.right, where);
     }
 }
 
@@ -89,131 +80,97 @@ async function landed(page, address) {
   return assert.fail(`${address}: ${JSON.stringify(at)}`);
 }
 
-describe('what the tests rely on', () => {
-  it('is that the made tree has menus at the bounds of columns', () => {
-    const pages = [...expectedPages(madeTree()).values()];
-    const sizes = ({ columns }) => columns.map(({ length }) => length);
-    const menus = pages.flatMap(({ marks = [] }) => marks);
-    const called = (n) =>
-      sizes(menus.find(({ anchor }) => anchor === `called_${n}-1`));
-    assert.deepEqual(calledSoOften.map(called),
-      [[], [13], [8, 6], [12, 11], [9, 9, 6], [17, 17, 16]]);
-    const ofKind = (label) =>
-      sizes(pages.at(-1).menus.find((menu) => menu.label === label));
-    assert.deepEqual(ofKind('FUNCTIONS'), [25]);
-    assert.deepEqual(ofKind('TYPES'), [25, 1]);
+for (const scripts of [true, false])
+  it(`scripts ${scripts ? 'run' : 'can be kept from running'}`, async () => {
+    const { page, strangers, messages } = await openPage(browser, { scripts });
+    const file = join(scratch, 'scripted.html');
+    writeFileSync(file, '<p>plain<script>console.log("message");' +
+      'document.write("scripted<img src=http://127.0.0.1:9/>")</script>');
+    await page.goto(pathToFileURL(file).href);
+    const text = await page.locator('p').innerText();
+    assert.equal(text, scripts ? 'plainscripted' : 'plain');
+    assert.equal(strangers.length, scripts ? 1 : 0);
+    assert.equal(messages.includes('message'), scripts);
   });
 
-  for (const scripts of [true, false])
-    it(`is that scripts ${scripts ? 'run' : 'can be kept from running'}`,
-      async () => {
-        const { page, strangers, messages } =
-          await openPage(browser, { scripts });
-        const file = join(scratch, 'scripted.html');
-        writeFileSync(file, '<p>plain<script>console.log("message");' +
-          'document.write("scripted<img src=http://127.0.0.1:9/>")</script>');
-        await page.goto(pathToFileURL(file).href);
-        const text = await page.locator('p').innerText();
-        assert.equal(text, scripts ? 'plainscripted' : 'plain');
-        assert.equal(strangers.length, scripts ? 1 : 0);
-        assert.equal(messages.includes('message'), scripts);
-      });
-});
+for (const name of ['across_files', 'all_kinds', 'caller_columns', 'namesakes'])
+  describe(name, () => {
+    const addresses = pagesOf(name);
+    let page, strangers, messages;
 
-describe('made tree', () => useTree('made', madeTree(), true));
-describe('made tree, scripts switched off', () =>
-  useTree('made-plain', madeTree(), false));
-describe('sample, scripts switched off', () =>
-  useTree('sample', treeBelow(process.env.ZELKOR_SAMPLE), false));
-
-function useTree(name, tree, scripts) {
-  const expected = expectedPages(tree);
-  let pages, page, strangers, messages;
-
-  before(async () => {
-    pages = makePages(tree, name);
-    ({ page, strangers, messages } = await openPage(browser, { scripts }));
-  });
-
-  // The pop-ups of a page, in the order of its text.
-  const popupsOf = ({ marks, menus }) =>
-    menus ?? marks.filter(({ kind }) => kind !== 'link');
-
-  // The links of a page by their kind, each with a function that brings it to
-  // the screen and returns a point of it. What has no text cannot be clicked.
-  function linksOf(wanted) {
-    const popups = popupsOf(wanted);
-    const inPopups = popups.flatMap(({ kind = 'name', columns }, number) =>
-      columns.flatMap((column, c) => column.map(({ text, href }, k) => ({
-        kind, text, href, show: async () => {
-          const { pane } = await open(page, number);
-          return page.evaluate(pointOn, [number, pane.columns[c][k].box]);
-        },
-      }))));
-    const { marks, menus, lists } = wanted;
-    const plain = marks
-      ? marks.filter(({ kind }) => kind === 'link')
-      : [...menus.map(({ label, href }) =>
-          ({ kind: 'label', text: label, href })),
-        ...lists.flatMap(({ links }) => links)];
-    const inText = plain.map(({ kind = 'item', text = kind, href }, number) =>
-      ({ kind, text, href, show: () => page.evaluate(pointOnLink, number) }));
-    const kinds = new Map();
-    for (const link of [...inPopups, ...inText].filter(({ text }) => text))
-      kinds.set(link.kind, [...kinds.get(link.kind) ?? [], link]);
-    return [...kinds.values()];
-  }
-
-  for (const [file, wanted] of expected)
-    it(`${file} shows what the sources hold`, async () => {
-      await page.goto(pages + file);
-      assert.deepEqual(await page.evaluate(contents), wanted);
+    before(async () => {
+      ({ page, strangers, messages } =
+        await openPage(browser, { scripts: false }));
     });
 
-  for (const [file, wanted] of expected)
-    it(`${file} shows a pane while the mouse is there`, async () => {
-      await moveAway(page);
-      await page.goto(pages + file);
-      assert.deepEqual(await page.evaluate(shownPanes), [], 'at first');
-      for (const [number, { columns }] of popupsOf(wanted).entries()) {
-        const where = `pop-up ${number}`;
-        const { mark, pane } = await open(page, number);
-        assert.deepEqual(await page.evaluate(shownPanes), [number], where);
-        assertInWindow(pane, where);
-        assertColumns(pane, columns, where);
-        assert.equal(pane.backgroundColor, 'rgb(255, 255, 221)', where);
-        assert.equal(pane.borderTopStyle, 'solid', where);
-
-        const inside = { x: mark.x, y: pane.box.top + 5 };
-        const gap = await page.evaluate(gapOnWay, [number, mark, inside]);
-        assert.equal(gap, null, `${where} closes on the way into its pane`);
-        const last = pane.columns.at(-1)?.at(-1)?.box ?? pane.box;
-        const point = await page.evaluate(pointOn, [number, last]);
-        assert.ok(point, `${where} is covered`);
-        await page.mouse.move(point.x, point.y);
-        assert.deepEqual(await page.evaluate(shownPanes), [number], where);
-
+    it('shows a pane while the mouse is there', async () => {
+      let popups = 0;
+      for (const address of addresses) {
         await moveAway(page);
-        assert.deepEqual(await page.evaluate(shownPanes), [], where);
+        await page.goto(address);
+        assert.deepEqual(await page.evaluate(shownPanes), [], 'at first');
+        const count = await page.locator('.popup, .multiref').count();
+        popups += count;
+        for (let number = 0; number < count; ++number) {
+          const where = `${address}: pop-up ${number}`;
+          const { mark, pane } = await open(page, number);
+          assert.deepEqual(await page.evaluate(shownPanes), [number], where);
+          assertInWindow(pane, where);
+          assertColumns(pane, where);
+          assert.equal(pane.backgroundColor, 'rgb(255, 255, 221)', where);
+          assert.equal(pane.borderTopStyle, 'solid', where);
+
+          const inside = { x: mark.x, y: pane.box.top + 5 };
+          const gap = await page.evaluate(gapOnWay, [mark, inside]);
+          assert.equal(gap, null, `${where} closes on the way into its pane`);
+          const last = pane.columns.at(-1).at(-1)?.box ?? pane.box;
+          const point = await page.evaluate(pointOn, [number, last]);
+          assert.ok(point, `${where} is covered`);
+          await page.mouse.move(point.x, point.y);
+          assert.deepEqual(await page.evaluate(shownPanes), [number], where);
+
+          await moveAway(page);
+          assert.deepEqual(await page.evaluate(shownPanes), [], where);
+        }
+      }
+      assert.ok(popups > 0);
+    });
+
+    it('leads from links to anchors', async () => {
+      // Low, so that there is something to scroll.
+      await page.setViewportSize({ width: 1280, height: 200 });
+      for (const address of addresses) {
+        await page.goto(address);
+        const found = await page.evaluate(links);
+        for (const { href } of found) {
+          const { pathname, hash } = new URL(href);
+          const anchor = `NAME="${decodeURIComponent(hash.slice(1))}"`;
+          const target = readFileSync(decodeURIComponent(pathname), 'latin1');
+          assert.ok(target.includes(anchor), href);
+        }
+        const outside = found.filter(({ popup }) => popup < 0);
+        const inside = found.filter(({ popup }) => popup >= 0);
+        const ends = [outside[0], outside.at(-1), inside[0], inside.at(-1)];
+        for (const { href, popup, k } of ends.filter(Boolean)) {
+          await moveAway(page);
+          await page.goto(address);
+          const point = popup < 0 ? await page.evaluate(pointOnLink, k)
+            : await page.evaluate(pointOn, [popup,
+              (await open(page, popup)).pane.columns.flat()[k].box]);
+          await page.mouse.click(point.x, point.y);
+          ++landings[await landed(page, href)];
+        }
       }
     });
 
-  it('leads from the first and last links of a kind to anchors', async () => {
-    const ends = { top: 0, bottom: 0 };
-    for (const [file, wanted] of expected)
-      for (const links of linksOf(wanted))
-        for (const { href, show } of new Set([links[0], links.at(-1)])) {
-          await moveAway(page);
-          await page.goto(pages + file);
-          const { x, y } = await show();
-          await page.mouse.click(x, y);
-          ++ends[await landed(page, new URL(href, pages + file).href)];
-        }
-    assert.ok(ends.top > 0 && ends.bottom > 0, 'both cases were met');
+    it('asks for files only and says nothing', async () => {
+      const scripted = await openPage(browser, { scripts: true });
+      for (const address of addresses) await scripted.page.goto(address);
+      assert.deepEqual([...strangers, ...scripted.strangers], []);
+      assert.deepEqual([...messages, ...scripted.messages], []);
+    });
   });
 
-  it('asks for files only and says nothing', () => {
-    assert.deepEqual(strangers, []);
-    assert.deepEqual(messages, []);
-  });
-}
+const landings = { top: 0, bottom: 0 };
+after(() => assert.ok(landings.top > 0 && landings.bottom > 0,
+  'links led to the top and to the bottom of the window'));
