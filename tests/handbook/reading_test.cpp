@@ -8,10 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "analysis/declarations.h"
+#include "analysis/declaration.h"
 #include "analysis/keywords.h"
 #include "tests/handbook/handbook.h"
 #include "tests/handbook/handbook_run.h"
+#include "tests/support/registered.h"
 
 namespace {
 
@@ -22,11 +23,9 @@ class HandbookReading : public HandbookRun {
   // The kind and name of each unit that a text opens; "nothing" if none.
   static std::string units_in(const std::string& text) {
     run({{"line.f90", text + "\n" + line_behind}});
-    const char* const kinds[] = {"module",   "program",   "subroutine",
-                                 "function", "interface", "type"};
     std::string units;
     for (const auto& [key, unit] : Declaration::decs)
-      units += kinds[unit->type] + std::string(" ") + unit->name;
+      units += kind_name(unit->type) + std::string(" ") + unit->name;
     return units.empty() ? "nothing" : units;
   }
 

@@ -9,21 +9,49 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "analysis/declaration.h"
 #include "driver/settings.h"
-#include "tests/support/page_test.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
 #include "tests/support/open_files.h"
+#include "tests/support/page_test.h"
 #include "tests/support/page_text.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
+const std::vector<std::string> pages = {"a1751050.html", "b1756053.html",
+                                        "c1761056.html"};
+
+// A definition in a file, by its definition index.
+struct Shown {
+  std::size_t file;
+  std::string name;
+  int index;
+};
+
 // What the units of one kind add to the page.
 struct Entries {
+  Entries() = default;
+  Entries(std::initializer_list<Shown> units) {
+    for (const Shown& unit : units) add(unit);
+  }
+
+  void add(const Shown& unit) {
+    const std::string number = std::to_string(unit.index);
+    const std::string address =
+        pages[unit.file] + "#" + unit.name + "-" + number;
+    menu += "<a href=\"" + address + "\"><small>" + unit.name +
+            "</small></a><br/>\n";
+    if (unit.index == 1) list += "\n<LI>";
+    if (unit.index == 2) list += " [1]";
+    list += " <a HREF=\"" + address + "\"><b>" +
+            (unit.index == 1 ? unit.name : "[" + number + "]") + "</b></a>";
+  }
+
   std::string menu;
   std::string list;
 };
@@ -32,32 +60,13 @@ struct Entries {
 std::string index_page(std::map<std::string, Entries> entries) {
   std::string navigation;
   std::string lists;
-  for (const std::string kind :
-       {"PROGRAM", "MODULE", "SUBROUTINE", "FUNCTION", "INTERFACE", "TYPE"}) {
-    navigation += "&nbsp;&nbsp;&nbsp; <a HREF=\"#" + kind + "\">" + kind +
-                  "S</a>" + menu_opening + entries[kind].menu + menu_closing;
-    lists += "<H2><a NAME=\"" + kind + "\">" + kind +
-             " Declarations</a></H2><UL>\n" + entries[kind].list +
-             "\n</UL>\n\n";
+  for (const std::string& kind : unit_kinds) {
+    navigation += index_menu(kind, entries[kind].menu);
+    lists += index_list(kind, entries[kind].list);
   }
   return page_head() +
          "<TITLE>Hyperlinked Fortran Source Tree by Qumbra</TITLE>\n\n" +
          navigation + "<hr>\n" + lists + page_tail(date_time);
-}
-
-// The entry of a unit in its kind's menu.
-std::string item(const std::string& target, const std::string& name) {
-  return "<a href=\"" + target + "\"><small>" + name + "</small></a><br/>\n";
-}
-
-// The bullet of a name.
-std::string bullet(const std::string& target, const std::string& name) {
-  return "\n<LI> <a HREF=\"" + target + "\"><b>" + name + "</b></a>";
-}
-
-// The link of a further definition of a name.
-std::string further(const std::string& target, const std::string& label) {
-  return " <a HREF=\"" + target + "\"><b>" + label + "</b></a>";
 }
 
 class PrintTree : public PageTest {
@@ -75,258 +84,99 @@ class PrintTree : public PageTest {
 };
 
 TEST_F(PrintTree, AnEmptyRegistryGivesEmptyMenusAndLists) {
-  const std::string menu =
-      "<span id=\"nav\"><span class=\"popup\"><big><big style=\"color: rgb(204,"
-      " 0, 0);\">&#134;</big></big><table class=\"pane\"><tr><td style=\""
-      "vertical-align:top;\">\n"
-      "</td></tr></table></span></span>";
-  EXPECT_EQ(
-      page_head() +
-          "<TITLE>Hyperlinked Fortran Source Tree by Qumbra</TITLE>\n"
-          "\n"
-          "&nbsp;&nbsp;&nbsp; <a HREF=\"#PROGRAM\">PROGRAMS</a>" +
-          menu + "&nbsp;&nbsp;&nbsp; <a HREF=\"#MODULE\">MODULES</a>" + menu +
-          "&nbsp;&nbsp;&nbsp; <a HREF=\"#SUBROUTINE\">SUBROUTINES</a>" + menu +
-          "&nbsp;&nbsp;&nbsp; <a HREF=\"#FUNCTION\">FUNCTIONS</a>" + menu +
-          "&nbsp;&nbsp;&nbsp; <a HREF=\"#INTERFACE\">INTERFACES</a>" + menu +
-          "&nbsp;&nbsp;&nbsp; <a HREF=\"#TYPE\">TYPES</a>" + menu +
-          "<hr>\n"
-          "<H2><a NAME=\"PROGRAM\">PROGRAM Declarations</a></H2><UL>\n"
-          "\n</UL>\n\n"
-          "<H2><a NAME=\"MODULE\">MODULE Declarations</a></H2><UL>\n"
-          "\n</UL>\n\n"
-          "<H2><a NAME=\"SUBROUTINE\">SUBROUTINE Declarations</a></H2><UL>\n"
-          "\n</UL>\n\n"
-          "<H2><a NAME=\"FUNCTION\">FUNCTION Declarations</a></H2><UL>\n"
-          "\n</UL>\n\n"
-          "<H2><a NAME=\"INTERFACE\">INTERFACE Declarations</a></H2><UL>\n"
-          "\n</UL>\n\n"
-          "<H2><a NAME=\"TYPE\">TYPE Declarations</a></H2><UL>\n"
-          "\n</UL>\n\n"
-          "<hr><small>Generated Sun Mar  1 12:44:05 2009\n"
-          " by <a href=\"https://zelkor.example/\">zelkor</a>, A CASE Tool "
-          "from <a href=\"mailto:zelkor@qumbra.example\">Qumbra</a></small>"
-          "</body>\n</html>\n",
-      page());
+  EXPECT_EQ(index_page({}), page());
 }
 
-TEST_F(PrintTree, EveryKindHasItsMenuAndItsList) {
-  declare(DT_TYPE, "Point", 1);
-  declare(DT_INTERFACE, ".cross.", 1);
-  declare(DT_FUNCTION, "norm", 1);
-  declare(DT_SUBROUTINE, "Solve", 2);
-  declare(DT_MODULE, "geometry", 1);
-  declare(DT_PROGRAM, "main");
-
-  const std::string menu =
-      "<span id=\"nav\"><span class=\"popup\"><big><big style=\"color: rgb(204,"
-      " 0, 0);\">&#134;</big></big><table class=\"pane\"><tr><td style=\""
-      "vertical-align:top;\">\n";
-  const std::string menu_end = "</td></tr></table></span></span>";
-  EXPECT_EQ(
-      page_head() +
-          "<TITLE>Hyperlinked Fortran Source Tree by Qumbra</TITLE>\n"
-          "\n"
-          "&nbsp;&nbsp;&nbsp; <a HREF=\"#PROGRAM\">PROGRAMS</a>" +
-          menu +
-          "<a href=\"a1751050.html#main-1\"><small>main</small></a><br/>\n" +
-          menu_end + "&nbsp;&nbsp;&nbsp; <a HREF=\"#MODULE\">MODULES</a>" +
-          menu +
-          "<a href=\"b1756053.html#geometry-1\"><small>geometry</small></a>"
-          "<br/>\n" +
-          menu_end +
-          "&nbsp;&nbsp;&nbsp; <a HREF=\"#SUBROUTINE\">SUBROUTINES</a>" + menu +
-          "<a href=\"c1761056.html#Solve-1\"><small>Solve</small></a><br/>\n" +
-          menu_end + "&nbsp;&nbsp;&nbsp; <a HREF=\"#FUNCTION\">FUNCTIONS</a>" +
-          menu +
-          "<a href=\"b1756053.html#norm-1\"><small>norm</small></a><br/>\n" +
-          menu_end +
-          "&nbsp;&nbsp;&nbsp; <a HREF=\"#INTERFACE\">INTERFACES</a>" + menu +
-          "<a href=\"b1756053.html#.cross.-1\"><small>.cross.</small></a>"
-          "<br/>\n" +
-          menu_end + "&nbsp;&nbsp;&nbsp; <a HREF=\"#TYPE\">TYPES</a>" + menu +
-          "<a href=\"b1756053.html#Point-1\"><small>Point</small></a><br/>\n" +
-          menu_end +
-          "<hr>\n"
-          "<H2><a NAME=\"PROGRAM\">PROGRAM Declarations</a></H2><UL>\n"
-          "\n<LI> <a HREF=\"a1751050.html#main-1\"><b>main</b></a>"
-          "\n</UL>\n\n"
-          "<H2><a NAME=\"MODULE\">MODULE Declarations</a></H2><UL>\n"
-          "\n<LI> <a HREF=\"b1756053.html#geometry-1\"><b>geometry</b></a>"
-          "\n</UL>\n\n"
-          "<H2><a NAME=\"SUBROUTINE\">SUBROUTINE Declarations</a></H2><UL>\n"
-          "\n<LI> <a HREF=\"c1761056.html#Solve-1\"><b>Solve</b></a>"
-          "\n</UL>\n\n"
-          "<H2><a NAME=\"FUNCTION\">FUNCTION Declarations</a></H2><UL>\n"
-          "\n<LI> <a HREF=\"b1756053.html#norm-1\"><b>norm</b></a>"
-          "\n</UL>\n\n"
-          "<H2><a NAME=\"INTERFACE\">INTERFACE Declarations</a></H2><UL>\n"
-          "\n<LI> <a HREF=\"b1756053.html#.cross.-1\"><b>.cross.</b></a>"
-          "\n</UL>\n\n"
-          "<H2><a NAME=\"TYPE\">TYPE Declarations</a></H2><UL>\n"
-          "\n<LI> <a HREF=\"b1756053.html#Point-1\"><b>Point</b></a>"
-          "\n</UL>\n\n" +
-          page_tail(date_time),
-      page());
+TEST_F(PrintTree, ListsUnitsByKindAndNameWithTheirDefinitionIndex) {
+  struct Unit {
+    DecType kind;
+    const char* name;
+    std::size_t file;
+  };
+  const struct {
+    std::vector<Unit> declared;
+    std::map<std::string, Entries> shown;
+  } cases[] = {
+      // Every kind.
+      {{{DT_TYPE, "Point", 1},
+        {DT_INTERFACE, ".cross.", 1},
+        {DT_FUNCTION, "norm", 1},
+        {DT_SUBROUTINE, "Solve", 2},
+        {DT_MODULE, "geometry", 1},
+        {DT_PROGRAM, "main", 0}},
+       {{"PROGRAM", {{0, "main", 1}}},
+        {"MODULE", {{1, "geometry", 1}}},
+        {"SUBROUTINE", {{2, "Solve", 1}}},
+        {"FUNCTION", {{1, "norm", 1}}},
+        {"INTERFACE", {{1, ".cross.", 1}}},
+        {"TYPE", {{1, "Point", 1}}}}},
+      // The order is that of the names in upper case.
+      {{{DT_FUNCTION, "Beta", 0},
+        {DT_FUNCTION, "alpha", 0},
+        {DT_FUNCTION, "ALPHA2", 0}},
+       {{"FUNCTION", {{0, "alpha", 1}, {0, "ALPHA2", 1}, {0, "Beta", 1}}}}},
+      // One bullet for all definitions of a name.
+      {{{DT_SUBROUTINE, "Solve", 0},
+        {DT_SUBROUTINE, "SOLVE", 1},
+        {DT_SUBROUTINE, "zero", 0}},
+       {{"SUBROUTINE", {{0, "Solve", 1}, {1, "SOLVE", 2}, {0, "zero", 1}}}}},
+      {{{DT_MODULE, "m", 0},
+        {DT_MODULE, "m", 1},
+        {DT_MODULE, "m", 2},
+        {DT_MODULE, "m", 0}},
+       {{"MODULE", {{0, "m", 1}, {1, "m", 2}, {2, "m", 3}, {0, "m", 4}}}}},
+      // Of whatever kind; a number may stand before any bullet.
+      {{{DT_SUBROUTINE, "area", 0},
+        {DT_SUBROUTINE, "swap", 0},
+        {DT_INTERFACE, "swap", 1},
+        {DT_TYPE, "swap", 2},
+        {DT_INTERFACE, "apply", 1}},
+       {{"SUBROUTINE", {{0, "area", 1}, {0, "swap", 1}}},
+        {"INTERFACE", {{1, "apply", 1}, {1, "swap", 2}}},
+        {"TYPE", {{2, "swap", 3}}}}},
+      // The last name of one walk is the first of the next.
+      {{{DT_TYPE, "x", 0}}, {{"TYPE", {{0, "x", 1}}}}},
+      // Without a name, and with one that is neither format nor mark-up.
+      {{{DT_INTERFACE, "", 0},
+        {DT_INTERFACE, "", 1},
+        {DT_INTERFACE, ".%s%n<&>.", 0}},
+       {{"INTERFACE", {{0, "", 1}, {1, "", 2}, {0, ".%s%n<&>.", 1}}}}},
+  };
+  for (const auto& c : cases) {
+    Declaration::forget_all();
+    for (const Unit& unit : c.declared)
+      declare(unit.kind, unit.name, unit.file);
+    EXPECT_EQ(index_page(c.shown), page());
+  }
 }
 
-TEST_F(PrintTree, NamesAreInTheOrderOfTheirUpperCaseForms) {
-  for (const char* name : {"Beta", "alpha", "ALPHA2"})
-    declare(DT_FUNCTION, name);
-  EXPECT_EQ(index_page({{"FUNCTION",
-                         {item("a1751050.html#alpha-1", "alpha") +
-                              item("a1751050.html#ALPHA2-1", "ALPHA2") +
-                              item("a1751050.html#Beta-1", "Beta"),
-                          bullet("a1751050.html#alpha-1", "alpha") +
-                              bullet("a1751050.html#ALPHA2-1", "ALPHA2") +
-                              bullet("a1751050.html#Beta-1", "Beta")}}}),
-            page());
-}
-
-TEST_F(PrintTree, ANameDefinedTwiceIsOneBulletWithTwoNumbers) {
-  declare(DT_SUBROUTINE, "Solve");
-  declare(DT_SUBROUTINE, "SOLVE", 1);
-  declare(DT_SUBROUTINE, "zero");
-  EXPECT_EQ(
-      index_page(
-          {{"SUBROUTINE",
-            {item("a1751050.html#Solve-1", "Solve") +
-                 item("b1756053.html#SOLVE-2", "SOLVE") +
-                 item("a1751050.html#zero-1", "zero"),
-             "\n<LI> <a HREF=\"a1751050.html#Solve-1\"><b>Solve</b></a>"
-             " [1] <a HREF=\"b1756053.html#SOLVE-2\"><b>[2]</b></a>"
-             "\n<LI> <a HREF=\"a1751050.html#zero-1\"><b>zero</b></a>"}}}),
-      page());
-}
-
-TEST_F(PrintTree, EveryFurtherDefinitionAddsItsNumber) {
-  for (const std::size_t file : {0u, 1u, 2u, 0u}) declare(DT_MODULE, "m", file);
-  EXPECT_EQ(index_page({{"MODULE",
-                         {item("a1751050.html#m-1", "m") +
-                              item("b1756053.html#m-2", "m") +
-                              item("c1761056.html#m-3", "m") +
-                              item("a1751050.html#m-4", "m"),
-                          bullet("a1751050.html#m-1", "m") + " [1]" +
-                              further("b1756053.html#m-2", "[2]") +
-                              further("c1761056.html#m-3", "[3]") +
-                              further("a1751050.html#m-4", "[4]")}}}),
-            page());
-}
-
-TEST_F(PrintTree, DefinitionsAreCountedAcrossKinds) {
-  declare(DT_SUBROUTINE, "area");
-  declare(DT_SUBROUTINE, "swap");
-  declare(DT_INTERFACE, "swap", 1);
-  declare(DT_INTERFACE, "apply", 1);
-  EXPECT_EQ(index_page({{"SUBROUTINE",
-                         {item("a1751050.html#area-1", "area") +
-                              item("a1751050.html#swap-1", "swap"),
-                          bullet("a1751050.html#area-1", "area") +
-                              bullet("a1751050.html#swap-1", "swap")}},
-                        {"INTERFACE",
-                         {item("b1756053.html#apply-1", "apply") +
-                              item("b1756053.html#swap-2", "swap"),
-                          bullet("b1756053.html#apply-1", "apply") + " [1]" +
-                              further("b1756053.html#swap-2", "[2]")}}}),
-            page());
-}
-
-TEST_F(PrintTree, AFurtherDefinitionMayStandBeforeAnyBullet) {
-  declare(DT_INTERFACE, "swap");
-  declare(DT_TYPE, "swap", 1);
-  declare(DT_FUNCTION, "swap", 2);
-  EXPECT_EQ(
-      index_page({{"INTERFACE",
-                   {item("a1751050.html#swap-1", "swap"),
-                    bullet("a1751050.html#swap-1", "swap")}},
-                  {"TYPE",
-                   {item("b1756053.html#swap-2", "swap"),
-                    " [1] <a HREF=\"b1756053.html#swap-2\"><b>[2]</b></a>"}},
-                  {"FUNCTION",
-                   {item("c1761056.html#swap-3", "swap"),
-                    " <a HREF=\"c1761056.html#swap-3\"><b>[3]</b></a>"}}}),
-      page());
-}
-
-// The last name of one walk is the first of the next.
-TEST_F(PrintTree, TheCountStartsAnewWithEveryWalk) {
-  declare(DT_TYPE, "x");
-  EXPECT_EQ(index_page({{"TYPE",
-                         {item("a1751050.html#x-1", "x"),
-                          bullet("a1751050.html#x-1", "x")}}}),
-            page());
-}
-
-TEST_F(PrintTree, UnnamedUnitsCountFromOne) {
-  declare(DT_INTERFACE, "");
-  declare(DT_INTERFACE, "", 1);
-  EXPECT_EQ(
-      index_page({{"INTERFACE",
-                   {item("a1751050.html#-1", "") + item("b1756053.html#-2", ""),
-                    bullet("a1751050.html#-1", "") + " [1]" +
-                        further("b1756053.html#-2", "[2]")}}}),
-      page());
-}
-
-class MenuColumns : public PrintTree {
- protected:
-  // The page for n subroutines s100, s101 and so on, whose menu has a column
-  // break after every 25 entries.
-  std::string expected_page(int n) {
-    Entries entries;
+TEST_F(PrintTree, MenusStartAColumnAfterEvery25EntriesOfTheirKind) {
+  for (const int n : {25, 26, 50, 51, 75}) {
+    Declaration::forget_all();
+    declare(DT_MODULE, "a");
+    Entries subroutines;
     for (int i = 0; i < n; ++i) {
       const std::string name = "s" + std::to_string(100 + i);
       declare(DT_SUBROUTINE, name);
-      if (i == 25 || i == 50) entries.menu += new_column;
-      entries.menu += item("a1751050.html#" + name + "-1", name);
-      entries.list += bullet("a1751050.html#" + name + "-1", name);
+      if (i == 25 || i == 50) subroutines.menu += new_column;
+      subroutines.add({0, name, 1});
     }
-    return index_page({{"SUBROUTINE", entries}});
-  }
-};
-
-TEST_F(MenuColumns, HoldUpTo25Entries) {
-  const std::string expected = expected_page(25);
-  EXPECT_EQ(std::string::npos, expected.find(new_column));
-  EXPECT_EQ(expected, page());
-}
-
-TEST_F(MenuColumns, TheTwentySixthEntryStartsASecondColumn) {
-  const std::string expected = expected_page(26);
-  EXPECT_EQ(expected, page());
-}
-
-TEST_F(MenuColumns, AreAsManyAsNeeded) {
-  for (const int n : {50, 51, 75}) {
-    Declaration::forget_all();
-    const std::string expected = expected_page(n);
-    EXPECT_EQ(expected, page()) << n;
+    declare(DT_TYPE, "z");
+    EXPECT_EQ(index_page({{"MODULE", {{0, "a", 1}}},
+                          {"SUBROUTINE", subroutines},
+                          {"TYPE", {{0, "z", 1}}}}),
+              page())
+        << n;
   }
 }
 
-TEST_F(MenuColumns, CountTheEntriesOfTheirOwnKindOnly) {
-  for (int i = 0; i < 25; ++i)
-    declare(DT_MODULE, "a" + std::to_string(100 + i));
-  declare(DT_TYPE, "b");
-  EXPECT_EQ(std::string::npos, page().find(new_column));
-}
-
+// Always with "/", whatever the separator.
 TEST_F(PrintTree, ThePageIsNamedAfterItsBaseNameInTheOutputDirectory) {
-  const std::string odd = "100%s%n";
-  fs::create_directory(odd);
-  html_dir = odd;
+  html_dir = "100%s%n";
+  slash = '\\';
+  write_file("100%s%n/50%d.html", std::string(10000, 'x'));
   print_tree("50%d");
   EXPECT_EQ(index_page({}), content_of("100%s%n/50%d.html"));
-}
-
-TEST_F(PrintTree, ThePathHasASlashWhateverTheSeparator) {
-  slash = '\\';
-  EXPECT_EQ(index_page({}), page());
-}
-
-TEST_F(PrintTree, ThePageOfAnEarlierRunIsReplaced) {
-  write_file("HTML/index.html", std::string(10000, 'x'));
-  EXPECT_EQ(index_page({}), page());
 }
 
 TEST_F(PrintTree, TheTitleIsTheOneOfTheSettings) {
@@ -337,29 +187,13 @@ TEST_F(PrintTree, TheTitleIsTheOneOfTheSettings) {
   EXPECT_EQ("<TITLE>100%s <b></TITLE>\n\n&nbs", start);
 }
 
-TEST_F(PrintTree, NamesAreNoFormatsAndNotEscaped) {
-  declare(DT_INTERFACE, ".%s%n<&>.");
-  EXPECT_EQ(index_page({{"INTERFACE",
-                         {item("a1751050.html#.%s%n<&>.-1", ".%s%n<&>."),
-                          bullet("a1751050.html#.%s%n<&>.-1", ".%s%n<&>.")}}}),
-            page());
-}
-
 TEST_F(PrintTree, ReportsItselfWhenVerbose) {
-  for (const int level : {1, 5}) {
+  for (const int level : {-1, 0, 1, 5}) {
     verbose = level;
-    EXPECT_EQ("Generating HTML index..\nDone!\n", printed([] {
+    EXPECT_EQ(level > 0 ? "Generating HTML index..\nDone!\n" : "", printed([&] {
                 print_tree("index");
-                EXPECT_EQ(30, bytes_printed());
-              }))
-        << level;
-  }
-}
-
-TEST_F(PrintTree, SaysNothingAtVerbosity0OrLess) {
-  for (const int level : {0, -1}) {
-    verbose = level;
-    EXPECT_EQ("", printed([] { print_tree("index"); })) << level;
+                EXPECT_EQ(level > 0 ? 30 : 0, bytes_printed());
+              }));
   }
 }
 
@@ -371,14 +205,12 @@ TEST_F(PrintTree, LeavesNoFileOpen) {
 
 TEST_F(PrintTree, APageThatCannotBeOpenedIsSkippedWithoutAWord) {
   verbose = 1;
-  declare(DT_PROGRAM, "main");
-  html_dir = "nowhere";
-  EXPECT_EQ("", printed([] { print_tree("index"); }));
-  EXPECT_FALSE(fs::exists("nowhere"));
-
-  html_dir = "HTML";
   fs::create_directory("HTML/index.html");
-  EXPECT_EQ("", printed([] { print_tree("index"); }));
+  for (const char* directory : {"nowhere", "HTML"}) {
+    html_dir = directory;
+    EXPECT_EQ("", printed([] { print_tree("index"); }));
+  }
+  EXPECT_FALSE(fs::exists("nowhere"));
 }
 
 using PrintTreeDeathTest = PrintTree;

@@ -11,15 +11,15 @@
 #include <thread>
 #include <vector>
 
-#include "analysis/name_index.h"
 #include "analysis/keywords.h"
+#include "analysis/name_index.h"
 #include "analysis/words.h"
 #include "driver/settings.h"
 #include "html/page_names.h"
-#include "tests/support/page_test.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
 #include "tests/support/open_files.h"
+#include "tests/support/page_test.h"
 #include "tests/support/page_text.h"
 #include "tests/support/process_counter.h"
 #include "tests/support/wait_until.h"
@@ -106,13 +106,127 @@ TEST_F(PrintLinks, WritesThePageFromTopToBottom) {
       page.substr(1644));
 }
 
-TEST_F(PrintLinks, AnEmptySourceGivesAPageWithoutLines) {
-  EXPECT_EQ(source_page("a.f90", "", date_time), page_of(0, ""));
+TEST_F(PrintLinks, LaysMarksOverWords) {
+  const std::string f = page_b + "#f-1";
+  const std::string blanks(4092, ' ');
+  const std::string dashes(100000, '-');
+  const std::string long_word(100000, 'w');
+  const std::string name(255, 'n');
+  const std::string longer = name + "_and_more";
+  ASSERT_EQ(hash_of("apply_rk_0"), hash_of("cpply_rk_1"));
+  ASSERT_EQ(hash_of("apply_rk_0"), hash_of("epply_rk_2"));
+  const struct {
+    std::string source;
+    std::string shown;
+  } cases[] = {
+      // A last line needs its line end, unless it fills a piece.
+      {"", ""},
+      {"x = 1\ny = 2", "x = 1\n"},
+      {"y = 2", ""},
+      {std::string(4094, '-'), ""},
+      {std::string(4095, '-'), std::string(4095, '-')},
+      {std::string(4096, '-'), std::string(4095, '-')},
+      // References, each with the anchor of its line.
+      {"\n\n\n\n\n\n  call F(x)\n",
+       "\n\n\n\n\n\n  call " + reference(7, f, "F") + "(x)\n"},
+      {"y = f(f(x))\n",
+       "y = " + reference(1, f, "f") + "(" + reference(1, f, "f") + "(x))\n"},
+      {"APPLY_RK_0 cpply_rk_1 epply_rk_2\n",
+       reference(1, page_c + "#apply_rk_0-1", "APPLY_RK_0") + " " +
+           reference(1, page_b + "#cpply_rk_1-1", "cpply_rk_1") +
+           " epply_rk_2\n"},
+      {"\"f\" ! f\n",
+       "\"" + reference(1, f, "f") + "\" ! " + reference(1, f, "f") + "\n"},
+      {"if (a<b .and. c>d) & ! \"<script>\" &amp; %s%d f<b>\n",
+       "if (a<b .and. c>d) & ! \"<script>\" &amp; %s%d " +
+           reference(1, f, "f") + "<b>\n"},
+      // Definitions, whose anchor is spelled as on the line.
+      {"x = 1\nsubroutine SOLVE ! solve\ny = 3\n",
+       "x = 1\nsubroutine " + definition("SOLVE-1", "SOLVE", "") + " ! " +
+           definition("solve-1", "solve", "") + "\ny = 3\n"},
+      // Words are runs of letters, digits, underscores and dots.
+      {"x%f\tf2 f_ _f f. .f a.eq.f a.cross.b\n",
+       "x%" + reference(1, f, "f") + "\tf2 f_ _f f. .f a.eq.f a.cross.b\n"},
+      {"\xe9"
+       "f\xe9\n",
+       "\xe9" + reference(1, f, "f") + "\xe9\n"},
+      {"a .Cross. b 2 2.0 x2 _2\n",
+       "a " + reference(1, page_b + "#.cross.-1", ".Cross.") + " b " +
+           reference(1, page_b + "#2-1", "2") + " 2.0 x2 _2\n"},
+      // They are known by their first 255 characters.
+      {longer + "(x)\n" + longer + "(x)\n",
+       reference(1, page_a + "#" + name + "-1", longer) + "(x)\n" +
+           definition(name + "-1", longer, "") + "(x)\n"},
+      // Pieces of 4095 characters count as lines, and cut words.
+      {blanks + "  \nf\n", blanks + "  \n" + reference(2, f, "f") + "\n"},
+      {blanks + "   \nf\n", blanks + "   \n" + reference(3, f, "f") + "\n"},
+      {blanks + "   f\nf\n", blanks + "   " + reference(2, f, "f") + "\n" +
+                                 reference(3, f, "f") + "\n"},
+      {blanks + "solcase\n",
+       blanks + "sol" + reference(2, page_b + "#case-1", "case") + "\n"},
+      {dashes + "\nf\n", dashes + "\n" + reference(26, f, "f") + "\n"},
+      {long_word + " f\n", long_word + " " + reference(25, f, "f") + "\n"},
+      // A NUL ends a line, its line end included.
+      {std::string("x \0f\nf\n", 7), "x " + reference(2, f, "f") + "\n"},
+      {std::string("\0\0\0\n\0", 5), ""},
+      // All else reaches the page as it is.
+      {"\n   \t  \nDOS\r\n\f form feed \v\n\"open 'quotes\n&\n& &\n! x\n",
+       "\n   \t  \nDOS\r\n\f form feed \v\n\"open 'quotes\n&\n& &\n! x\n"},
+  };
+  declare("f", 1, 1);
+  declare(".cross.", 1, 4);
+  declare("2", 1, 5);
+  declare("case", 1, 6);
+  declare("cpply_rk_1", 1, 3);
+  declare("apply_rk_0", 2, 4);
+  declare("Solve", 0, 2);
+  declare(name.c_str(), 0, 2);
+  // Words that name nothing are passed over sooner when no keyword is sought.
+  const std::uint32_t styles[] = {html_style, LEVEL_3};
+  for (const std::uint32_t style : styles)
+    for (const auto& c : cases) {
+      html_style = style;
+      EXPECT_EQ(c.shown, content(c.source)) << c.source.substr(0, 80);
+    }
 }
 
-TEST_F(PrintLinks, ALastLineWithoutLineEndIsNotOnThePage) {
-  EXPECT_EQ("x = 1\n", content("x = 1\ny = 2"));
-  EXPECT_EQ("", content("y = 2"));
+TEST_F(PrintLinks, HighlightsKeywordsAndHidesTextAsTheStyleSays) {
+  declare("f", 1, 3);
+  declare("case", 0, 9);
+  const std::string f = reference(1, page_b + "#f-1", "f");
+  const std::uint32_t hidden = HIDE_STRINGS_AND_COMMENTS;
+  const std::uint32_t bold = BOLD_KEYWORDS;
+  const struct {
+    std::uint32_t style;
+    std::string source;
+    std::string shown;
+  } cases[] = {
+      {html_style, "type if allocate", "type if allocate"},
+      {bold, "type if allocate", "type if allocate"},
+      {bold | LEVEL_NONE, "type if allocate", "type if allocate"},
+      {bold | LEVEL_1, "type if allocate", "<b>type</b> if allocate"},
+      {bold | LEVEL_2, "type if allocate", "<b>type</b> <b>if</b> allocate"},
+      {bold | LEVEL_3, "type if allocate",
+       "<b>type</b> <b>if</b> <b>allocate</b>"},
+      // The widest of several levels wins.
+      {bold | LEVEL_1 | LEVEL_NONE, "type if", "<b>type</b> if"},
+      {bold | LEVEL_1 | LEVEL_2, "if allocate", "<b>if</b> allocate"},
+      {bold | LEVEL_1 | LEVEL_3, "if allocate", "<b>if</b> <b>allocate</b>"},
+      {bold | LEVEL_3, "IF(x) Then; end dO",
+       "<b>IF</b>(x) <b>Then</b>; end <b>dO</b>"},
+      // A declared name is no keyword.
+      {bold | LEVEL_3, "case if",
+       reference(1, page_a + "#case-1", "case") + " <b>if</b>"},
+      {hidden | bold | LEVEL_3, "x = \"f if\" + f + 'f' ! f if",
+       "x = \"f if\" + " + f + " + '" + f + "' ! f if"},
+  };
+  for (const auto& c : cases) {
+    html_style = c.style;
+    EXPECT_EQ(c.shown + "\n", content(c.source + "\n")) << c.style;
+  }
+  html_style = hidden;
+  EXPECT_EQ("call f\n", content("call f\n", true));
+  EXPECT_EQ("call " + f + "\n", content("call f\n", false));
 }
 
 TEST_F(PrintLinks, LongPagesAreWrittenInPiecesOf64Kilobytes) {
@@ -153,13 +267,6 @@ TEST_F(PrintLinks, APageOfAnEarlierRunIsReplaced) {
   EXPECT_EQ("z\n", content("z\n"));
 }
 
-TEST_F(PrintLinks, AReferenceOnLine7LinksToTheOneDefinition) {
-  declare("Solve", 1, 3);
-  EXPECT_EQ("\n\n\n\n\n\n  call " + reference(7, page_b + "#Solve-1", "SOLVE") +
-                "(x)\n",
-            content("\n\n\n\n\n\n  call SOLVE(x)\n"));
-}
-
 TEST_F(PrintLinks, NamesDefinedTwiceShowAllDefinitionsAtEveryReference) {
   declare("Solve", 0, 2);
   declare("SOLVE", 1, 9);
@@ -190,49 +297,6 @@ TEST_F(PrintLinks, NamesDefinedTwiceHaveNumberedAnchorsAndTheSameMenu) {
       page_of(1, "subroutine Solve\n"));
 }
 
-TEST_F(PrintLinks, AThirdDefinitionIsAThirdEntryOfThePane) {
-  declare("s", 0, 4);
-  declare("s", 1, 5);
-  declare("s", 2, 6);
-  EXPECT_EQ(
-      "<a NAME=\"line1\"></a>" +
-          definitions_pane(
-              "s",
-              "<a href=\"a1751050.html#s-1\"><small>a.f90:4</small></a><br/>\n"
-              "<a href=\"b1756053.html#s-2\"><small>b.f90:5</small></a><br/>\n"
-              "<a href=\"c1761056.html#s-3\"><small>c.f90:6</small></a>"
-              "<br/>\n") +
-          "\n",
-      content("s\n"));
-}
-
-TEST_F(PrintLinks, AnUncalledDefinitionHasAnEmptyMenu) {
-  declare("solve", 0, 1);
-  EXPECT_EQ("subroutine <a NAME=\"solve-1\"><b>solve</b></a>" + menu_opening +
-                "Referenced By...\n" + menu_closing + "\n",
-            content("subroutine solve\n"));
-}
-
-TEST_F(PrintLinks, TheNameAgainOnTheLineOfItsDefinitionIsADefinitionToo) {
-  declare("solve", 0, 1);
-  const std::string mark = definition("solve-1", "solve", "");
-  EXPECT_EQ("subroutine " + mark + " ! " + mark + "\n",
-            content("subroutine solve ! solve\n"));
-}
-
-TEST_F(PrintLinks, TheAnchorOfADefinitionIsSpelledAsOnItsLine) {
-  declare("solve", 0, 1);
-  EXPECT_EQ(definition("SOLVE-1", "SOLVE", "") + " " +
-                definition("solve-1", "solve", "") + "\n",
-            content("SOLVE solve\n"));
-}
-
-TEST_F(PrintLinks, TheSameLineOfAnotherFileIsAReference) {
-  declare("solve", 1, 1);
-  EXPECT_EQ("subroutine " + reference(1, page_b + "#solve-1", "solve") + "\n",
-            content("subroutine solve\n"));
-}
-
 TEST_F(PrintLinks, TheSamePathInAnotherSlotIsAnotherFile) {
   FileList twice({"a.f90", "a.f90"});
   new Declaration(DT_SUBROUTINE, "solve", twice.slot(0), 1);
@@ -242,120 +306,6 @@ TEST_F(PrintLinks, TheSamePathInAnotherSlotIsAnotherFile) {
       source_page("a.f90", reference(1, page_a + "#solve-1", "solve") + "\n",
                   date_time),
       content_of("HTML/" + page_a));
-}
-
-TEST_F(PrintLinks, TwoReferencesOnALineRepeatTheLineAnchor) {
-  declare("f", 1, 3);
-  const std::string link = reference(1, page_b + "#f-1", "f");
-  EXPECT_EQ("y = " + link + "(" + link + "(x))\n", content("y = f(f(x))\n"));
-}
-
-TEST_F(PrintLinks, LinesWithoutReferencesHaveNoAnchor) {
-  declare("solve", 0, 2);
-  EXPECT_EQ(
-      "x = 1\nsubroutine " + definition("solve-1", "solve", "") + "\ny = 2\n",
-      content("x = 1\nsubroutine solve\ny = 2\n"));
-}
-
-TEST_F(PrintLinks, SourceTextIsNotEscaped) {
-  declare("f", 1, 3);
-  EXPECT_EQ("if (a<b .and. c>d) & ! \"<script>\" &amp; %s%d " +
-                reference(1, page_b + "#f-1", "f") + "<b>\n",
-            content("if (a<b .and. c>d) & ! \"<script>\" &amp; %s%d f<b>\n"));
-}
-
-TEST_F(PrintLinks, WordsAreRunsOfLettersDigitsUnderscoresAndDots) {
-  declare("f", 1, 3);
-  declare(".cross.", 1, 4);
-  declare("2", 1, 5);
-  const std::string link = reference(1, page_b + "#f-1", "f");
-  const struct {
-    std::string source;
-    std::string shown;
-  } cases[] = {
-      {"f", link},
-      {" f", " " + link},
-      {"(f)", "(" + link + ")"},
-      {"x%f", "x%" + link},
-      {"f\t", link + "\t"},
-      {"\xe9"
-       "f\xe9",
-       "\xe9" + link + "\xe9"},
-      {"f2 f_ _f", "f2 f_ _f"},
-      {"f. .f a.eq.f x.f", "f. .f a.eq.f x.f"},
-      {"a.cross.b", "a.cross.b"},
-      {"a .Cross. b",
-       "a " + reference(1, page_b + "#.cross.-1", ".Cross.") + " b"},
-      {"2", reference(1, page_b + "#2-1", "2")},
-      {"2.0 x2 _2", "2.0 x2 _2"},
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(c.shown + "\n", content(c.source + "\n")) << c.source;
-}
-
-TEST_F(PrintLinks, OddLinesReachThePageAsTheyAre) {
-  const std::string cases[] = {
-      "\n",
-      "   \t  \n",
-      "no line end before the next\r\nline\r\n",
-      "\f form feed \v\n",
-      "\xe9\xff\x80 caf\xe9 8-bit \xc3\xa9\n",
-      "\x01\x02\x1b[0m control\x7f\n",
-      "\"open 'quotes\n",
-      "&\n& & continued\n",
-      "! only a comment\n",
-  };
-  for (const std::string& text : cases) EXPECT_EQ(text, content(text));
-}
-
-TEST_F(PrintLinks, WordsInCommentsAndStringsAreLinkedByDefault) {
-  declare("f", 1, 3);
-  const std::string link = reference(1, page_b + "#f-1", "f");
-  EXPECT_EQ("x = \"" + link + "\" ! " + link + "\n",
-            content("x = \"f\" ! f\n"));
-}
-
-TEST_F(PrintLinks, WordsInHiddenStringsAndCommentsAreWrittenPlain) {
-  declare("f", 1, 3);
-  html_style |= HIDE_STRINGS_AND_COMMENTS | LEVEL_3;
-  const std::string link = reference(1, page_b + "#f-1", "f");
-  EXPECT_EQ("x = \"f if\" + " + link + " + '" + link + "' ! f if\n",
-            content("x = \"f if\" + f + 'f' ! f if\n"));
-}
-
-TEST_F(PrintLinks, TheCommentRuleIsTheOneOfTheFlag) {
-  declare("f", 1, 3);
-  html_style |= HIDE_STRINGS_AND_COMMENTS;
-  const std::string link = reference(1, page_b + "#f-1", "f");
-  EXPECT_EQ("call f\n", content("call f\n", true));
-  EXPECT_EQ("call " + link + "\n", content("call f\n", false));
-}
-
-TEST_F(PrintLinks, KeywordsArePlainWithoutALevel) {
-  const std::string text = "if program IF allocate\n";
-  EXPECT_EQ(text, content(text));
-}
-
-TEST_F(PrintLinks, TheWidestLevelDecidesWhichKeywordsAreHighlighted) {
-  const struct {
-    std::uint32_t levels;
-    const char* shown;
-  } cases[] = {
-      {0, "type if allocate\n"},
-      {LEVEL_NONE, "type if allocate\n"},
-      {LEVEL_1, "<b>type</b> if allocate\n"},
-      {LEVEL_2, "<b>type</b> <b>if</b> allocate\n"},
-      {LEVEL_3, "<b>type</b> <b>if</b> <b>allocate</b>\n"},
-      {LEVEL_1 | LEVEL_NONE, "<b>type</b> if allocate\n"},
-      {LEVEL_1 | LEVEL_2, "<b>type</b> <b>if</b> allocate\n"},
-      {LEVEL_1 | LEVEL_3, "<b>type</b> <b>if</b> <b>allocate</b>\n"},
-      {LEVEL_1 | LEVEL_2 | LEVEL_3 | LEVEL_NONE,
-       "<b>type</b> <b>if</b> <b>allocate</b>\n"},
-  };
-  for (const auto& c : cases) {
-    html_style = BOLD_KEYWORDS | c.levels;
-    EXPECT_EQ(c.shown, content("type if allocate\n")) << c.levels;
-  }
 }
 
 TEST_F(PrintLinks, AllTwentyKeywordsAndNoOthersAreHighlighted) {
@@ -372,12 +322,6 @@ TEST_F(PrintLinks, AllTwentyKeywordsAndNoOthersAreHighlighted) {
   EXPECT_EQ(others, content(others));
 }
 
-TEST_F(PrintLinks, KeywordsKeepTheSpellingOfTheSource) {
-  html_style = BOLD_KEYWORDS | LEVEL_3;
-  EXPECT_EQ("<b>IF</b>(x) <b>Then</b>; end <b>dO</b>\n",
-            content("IF(x) Then; end dO\n"));
-}
-
 TEST_F(PrintLinks, AnEntryInUpperCaseFindsItsKeywordInLowerCase) {
   const Syntax where(2, "WHERE");
   html_style = BOLD_KEYWORDS | LEVEL_2;
@@ -385,24 +329,11 @@ TEST_F(PrintLinks, AnEntryInUpperCaseFindsItsKeywordInLowerCase) {
   Syntax::first = where.next;
 }
 
-TEST_F(PrintLinks, ADeclaredNameIsNeverHighlightedAsAKeyword) {
-  declare("case", 0, 2);
-  html_style = BOLD_KEYWORDS | LEVEL_3;
-  EXPECT_EQ(reference(1, page_a + "#case-1", "case") +
-                " <b>if</b>\n<b>function</b> " +
-                definition("case-1", "case", "") + "\n",
-            content("case if\nfunction case\n"));
-}
-
+// It is noticed before the page.
 TEST_F(PrintLinks, AMissingSourceGetsNoPageAndNoMessage) {
   verbose = 1;
-  EXPECT_EQ("", printed([&] { print_links(files.slot(0), false); }));
-  EXPECT_TRUE(fs::is_empty("HTML"));
-}
-
-TEST_F(PrintLinks, AMissingSourceIsNoticedBeforeThePage) {
   html_dir = "nowhere";
-  print_links(files.slot(0), false);
+  EXPECT_EQ("", printed([&] { print_links(files.slot(0), false); }));
   EXPECT_FALSE(fs::exists("nowhere"));
 }
 
@@ -426,19 +357,10 @@ TEST_F(PrintLinks, LeavesNoFileOpen) {
 TEST_F(PrintLinks, SaysWhichFileItIsAtWhenVerbose) {
   FileList odd({"./100%s%n.f90"});
   write_file(*odd.slot(0), "x\n");
-  for (const int level : {1, 2, 5}) {
+  for (const int level : {-1, 0, 1, 5}) {
     verbose = level;
-    EXPECT_EQ("Generating HTML for ./100%s%n.f90...OK\n",
-              printed([&] { print_links(odd.slot(0), false); }))
-        << level;
-  }
-}
-
-TEST_F(PrintLinks, SaysNothingAtVerbosity0OrLess) {
-  write_file("a.f90", "x\n");
-  for (const int level : {0, -1, -5}) {
-    verbose = level;
-    EXPECT_EQ("", printed([&] { print_links(files.slot(0), false); })) << level;
+    EXPECT_EQ(level > 0 ? "Generating HTML for ./100%s%n.f90...OK\n" : "",
+              printed([&] { print_links(odd.slot(0), false); }));
   }
 }
 
@@ -542,9 +464,7 @@ TEST_F(ColumnRule, SpreadsTheCallersOverOneToThreeColumns) {
 TEST_F(PrintLinks, CallersAreListedByFileNameAndLine) {
   Declaration& f = declare("f", 0, 1);
   f.add_calling(files.slot(2), 1);
-  f.add_calling(files.slot(1), 10);
-  f.add_calling(files.slot(1), 9);
-  f.add_calling(files.slot(1), 9);
+  for (const int line : {10, 9, 9}) f.add_calling(files.slot(1), line);
   EXPECT_EQ(
       definition("f-1", "f",
                  caller(page_b, "b.f90", 9) + caller(page_b, "b.f90", 10) +
@@ -553,84 +473,12 @@ TEST_F(PrintLinks, CallersAreListedByFileNameAndLine) {
       content("f\n"));
 }
 
-TEST_F(PrintLinks, LinesOfUpTo4095CharactersCountOnce) {
-  declare("f", 1, 3);
-  const std::string longest(4094, ' ');
-  EXPECT_EQ(longest + "\n" + reference(2, page_b + "#f-1", "f") + "\n",
-            content(longest + "\nf\n"));
-}
-
-TEST_F(PrintLinks, LongerLinesCountOncePerPieceOf4095Characters) {
-  declare("f", 1, 3);
-  const auto link = [](int line) {
-    return reference(line, page_b + "#f-1", "f");
-  };
-  const std::string blanks(4095, ' ');
-  EXPECT_EQ(blanks + "\n" + link(3) + "\n", content(blanks + "\nf\n"));
-  EXPECT_EQ(blanks + link(2) + "\n" + link(3) + "\n",
-            content(blanks + "f\nf\n"));
-}
-
-TEST_F(PrintLinks, AWordCutByTheEndOfAPieceIsTwoWords) {
-  declare("solve", 1, 3);
-  declare("ve", 1, 4);
-  const std::string blanks(4092, ' ');
-  EXPECT_EQ(blanks + "sol" + reference(2, page_b + "#ve-1", "ve") + "\n",
-            content(blanks + "solve\n"));
-}
-
-TEST_F(PrintLinks, AHundredThousandCharactersArePiecesOfOneLine) {
-  declare("f", 1, 3);
-  // 24 pieces of 4095 characters and one of 1721.
-  const std::string filler(100000, '-');
-  EXPECT_EQ(filler + "\n" + reference(26, page_b + "#f-1", "f") + "\n",
-            content(filler + "\nf\n"));
-}
-
-TEST_F(PrintLinks, AWordOfAHundredThousandCharactersIsShownWhole) {
-  declare("f", 1, 3);
-  const std::string word(100000, 'w');
-  EXPECT_EQ(word + " " + reference(25, page_b + "#f-1", "f") + "\n",
-            content(word + " f\n"));
-}
-
-TEST_F(PrintLinks, ALastPieceThatFillsTheBufferIsShownWithoutLineEnd) {
-  const std::string full(4095, '-');
-  EXPECT_EQ(full, content(full));
-  EXPECT_EQ("", content(std::string(4094, '-')));
-  EXPECT_EQ(full, content(full + "-"));
-}
-
-TEST_F(PrintLinks, WordsAreKnownByTheirFirst255Characters) {
-  const std::string name(255, 'n');
-  const std::string word = name + "_and_more";
-  declare(name.c_str(), 0, 2);
-  EXPECT_EQ(reference(1, page_a + "#" + name + "-1", word) + "(x)\n" +
-                definition(name + "-1", word, "") + "(x)\n",
-            content(word + "(x)\n" + word + "(x)\n"));
-}
-
-TEST_F(PrintLinks, ALineEndsAtANulLineEndIncluded) {
-  declare("f", 1, 3);
-  EXPECT_EQ("x " + reference(2, page_b + "#f-1", "f") + "\n",
-            content(std::string("x \0f\nf\n", 7)));
-  EXPECT_EQ("", content(std::string("\0\0\0\n\0", 5)));
-}
-
 TEST_F(PrintLinks, AllByteValuesPassThroughUnchanged) {
   std::string bytes;
   for (int code = 1; code < 256; ++code)
     if (code != '\n') bytes += static_cast<char>(code);
   html_style |= LEVEL_3;
   EXPECT_EQ(bytes + "\n", content(bytes + "\n"));
-}
-
-// What the pane of a name shows for one of its units.
-std::string pane_item(const std::string& page, const std::string& path,
-                      const std::string& name, int index, int line) {
-  return "<a href=\"" + page + "#" + name + "-" + std::to_string(index) +
-         "\"><small>" + path + ":" + std::to_string(line) +
-         "</small></a><br/>\n";
 }
 
 TEST_F(PrintLinks, ALaterRunShowsItsOwnUnitsAndCallers) {
@@ -648,80 +496,6 @@ TEST_F(PrintLinks, ALaterRunShowsItsOwnUnitsAndCallers) {
         content("s\ns\n"))
         << run;
   }
-}
-
-TEST_F(PrintLinks, ALaterRunShowsTheFilesOfItsOwnList) {
-  for (const std::size_t file : {0u, 1u, 2u}) {
-    FileList list({*files.slot(file)});
-    new Declaration(DT_TYPE, "s", list.slot(0), 8);
-    new Declaration(DT_TYPE, "s", list.slot(0), 9);
-    EXPECT_EQ(
-        source_page(
-            *files.slot(0),
-            "<a NAME=\"line1\"></a>" +
-                definitions_pane(
-                    "s",
-                    pane_item(pages[file], *files.slot(file), "s", 1, 8) +
-                        pane_item(pages[file], *files.slot(file), "s", 2, 9)) +
-                "\n",
-            date_time),
-        page_of(0, "s\n"));
-    Declaration::forget_all();
-  }
-}
-
-TEST_F(PrintLinks, ANameThatGainsUnitsOrCallersShowsThem) {
-  Declaration& first = declare("s", 0, 1);
-  std::string items = pane_item(page_a, "a.f90", "s", 1, 1);
-  std::string callers;
-  for (int unit = 2; unit <= 4; ++unit) {
-    declare("s", 1, unit);
-    items += pane_item(page_b, "b.f90", "s", unit, unit);
-    for (const int line : {2 * unit, 2 * unit + 1}) {
-      first.add_calling(files.slot(2), line);
-      callers += caller(page_c, "c.f90", line);
-      EXPECT_EQ(definition("s-1", "s", callers) + "\n<a NAME=\"line2\"></a>" +
-                    definitions_pane("s", items) + "\n",
-                content("s\ns\n"))
-          << unit << ' ' << line;
-    }
-  }
-}
-
-// Their panes take more than a megabyte together.
-TEST_F(PrintLinks, ManyNamesWithManyUnitsShowEachItsOwn) {
-  std::string source;
-  std::string shown;
-  for (int k = 10; k < 40; ++k) {
-    const std::string name = "shared_" + std::to_string(k);
-    std::string items;
-    for (int unit = 1; unit <= 600; ++unit) {
-      declare(name.c_str(), 1, 100 * unit + k);
-      items += pane_item(page_b, "b.f90", name, unit, 100 * unit + k);
-    }
-    source += name + "\n";
-    shown += "<a NAME=\"line" + std::to_string(k - 9) + "\"></a>" +
-             definitions_pane(name, items) + "\n";
-  }
-  ASSERT_LT(1u << 20, shown.size());
-  for (int pass = 0; pass < 2; ++pass)
-    EXPECT_TRUE(content(source) == shown) << pass;
-}
-
-// Their menus are rendered for each of them.
-TEST_F(PrintLinks, FewUnitsWithManyCallersShowThemAll) {
-  Declaration& first = declare("s", 0, 1);
-  declare("s", 0, 2);
-  for (int line = 1; line <= 300; ++line)
-    first.add_calling(files.slot(1), line);
-  std::string items;
-  for (int line = 1; line <= 300; ++line) {
-    if (line == 102 || line == 203) items += new_column;
-    items += caller(page_b, "b.f90", line);
-  }
-  EXPECT_EQ(definition("s-1", "s", items) + "\n" +
-                definition("s-2", "s", items) + "\n",
-            content("s\ns\n"));
 }
 
 TEST_F(PrintLinks, PanesFollowTheSeparatorOfPaths) {
@@ -746,28 +520,6 @@ TEST_F(PrintLinks, PanesFollowTheSeparatorOfPaths) {
                         "\n",
                     date_time),
         content_of("HTML" + std::string(1, separator) + page_a));
-  }
-}
-
-TEST_F(PrintLinks, NamesThatShareAHashAreLinkedEachToItsOwn) {
-  ASSERT_EQ(hash_of("apply_rk_0"), hash_of("cpply_rk_1"));
-  ASSERT_EQ(hash_of("apply_rk_0"), hash_of("epply_rk_2"));
-  declare("cpply_rk_1", 1, 3);
-  declare("apply_rk_0", 2, 4);
-  EXPECT_EQ(reference(1, page_c + "#apply_rk_0-1", "APPLY_RK_0") + " " +
-                reference(1, page_b + "#cpply_rk_1-1", "cpply_rk_1") +
-                " epply_rk_2\n",
-            content("APPLY_RK_0 cpply_rk_1 epply_rk_2\n"));
-}
-
-// Words that name nothing are passed over sooner when no keyword is sought.
-TEST_F(PrintLinks, LinksAreTheSameWithAndWithoutHighlighting) {
-  declare("f", 1, 3);
-  const std::string link = reference(1, page_b + "#f-1", "f");
-  for (const std::uint32_t style : {0u, 1024u, 2048u, 4096u, 8192u}) {
-    html_style = style;
-    EXPECT_EQ("x = if " + link + " do g\n", content("x = if f do g\n"))
-        << style;
   }
 }
 
