@@ -20,6 +20,7 @@ TEST(LabelText, DoublesAtSigns) {
   EXPECT_EQ("", label_text(""));
 }
 
+class LabelTypes : public MainWindowTest {
  protected:
   void SetUp() override {
     MainWindowTest::SetUp();
