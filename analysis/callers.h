@@ -1,7 +1,6 @@
 // The references to one program unit.
 
-#ifndef ZELKOR_ANALYSIS_CALLERS_H
-#define ZELKOR_ANALYSIS_CALLERS_H
+#pragma once
 
 #include <cstddef>
 #include <memory>
@@ -18,19 +17,15 @@ class Callers {
   using value_type = Calling;
   using const_iterator = std::vector<Calling>::const_iterator;
 
-  /// References that several sets may hold.
-  class Records;
-
   /// The empty set.
-  Callers();
-  ~Callers();
+  Callers() = default;
   Callers(const Callers&) = delete;
   Callers& operator=(const Callers&) = delete;
 
   const_iterator begin() const { return sorted().begin(); }
   const_iterator end() const { return sorted().end(); }
   std::size_t size() const { return sorted().size(); }
-  bool empty() const;
+  bool empty() const { return size() == 0; }
   const_iterator find(const Calling& calling) const;
 
   /// Adds a reference to this set alone.
@@ -50,9 +45,16 @@ class Callers {
   void share(const Callers& other);
 
  private:
+  // What several sets may hold.
+  struct Records {
+    void add(const Calling& calling);
+    void sort();
+
+    std::vector<Calling> list;
+    bool is_sorted = true;
+  };
+
   const std::vector<Calling>& sorted() const;
 
   std::shared_ptr<Records> records;  // null: none
 };
-
-#endif

@@ -1,7 +1,6 @@
 // One reference to a program unit.
 
-#ifndef ZELKOR_ANALYSIS_CALLING_H
-#define ZELKOR_ANALYSIS_CALLING_H
+#pragma once
 
 /// A place that refers to a unit: a line of a file, which is known by the
 /// address of its slot in the run's list. The slot must outlive the record.
@@ -13,5 +12,3 @@ struct Calling {
 /// The order of references: by file name, byte by byte, then by line. Records
 /// with equal names and lines are the same, even from different slots.
 bool operator<(const Calling& a, const Calling& b);
-
-#endif

@@ -1,7 +1,6 @@
 // The pass that finds the references to program units.
 
-#ifndef ZELKOR_ANALYSIS_CALLS_H
-#define ZELKOR_ANALYSIS_CALLS_H
+#pragma once
 
 /// The call pass over one file: every word that is the name of a registered
 /// unit becomes a reference to all units of that name, unless a unit of that
@@ -15,5 +14,3 @@ void gather_calls(char** file, bool fixed_form);
 /// Sorts the references to all units, which takes the paths of all files. Once
 /// it is done, the references can be walked without the paths.
 void sort_references();
-
-#endif

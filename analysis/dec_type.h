@@ -1,7 +1,6 @@
 // The kinds of program units.
 
-#ifndef ZELKOR_ANALYSIS_DEC_TYPE_H
-#define ZELKOR_ANALYSIS_DEC_TYPE_H
+#pragma once
 
 /// The kind of a program unit, told by the keyword that opens it. The values
 /// are fixed.
@@ -13,5 +12,3 @@ enum DecType {
   DT_INTERFACE = 4,  ///< a generic interface or a user-defined operator
   DT_TYPE = 5,       ///< a derived type
 };
-
-#endif

@@ -1,7 +1,6 @@
 // A declared program unit, and the registry of all units.
 
-#ifndef ZELKOR_ANALYSIS_DECLARATION_H
-#define ZELKOR_ANALYSIS_DECLARATION_H
+#pragma once
 
 #include <map>
 #include <string>
@@ -56,5 +55,3 @@ class Declaration {
  private:
   ~Declaration();  // by forget_all() alone
 };
-
-#endif

@@ -1,7 +1,6 @@
 // The pass that registers the units which a file declares.
 
-#ifndef ZELKOR_ANALYSIS_DECLARATIONS_H
-#define ZELKOR_ANALYSIS_DECLARATIONS_H
+#pragma once
 
 /// The declaration pass over one file: registers every unit that it opens,
 /// reporting them on standard output as `verbose` asks. A file that cannot be
@@ -10,5 +9,3 @@
 ///   file        its slot in the run's list
 ///   fixed_form  the comment rule, see hide_F90_strings_comments()
 void gather_declarations(char** file, bool fixed_form);
-
-#endif

@@ -4,8 +4,7 @@
 // Each table is a linked list of static entries, built before main() runs and
 // never changed afterwards.
 
-#ifndef ZELKOR_ANALYSIS_KEYWORDS_H
-#define ZELKOR_ANALYSIS_KEYWORDS_H
+#pragma once
 
 #include "analysis/dec_type.h"
 
@@ -52,5 +51,3 @@ class Syntax {
 /// The first highlight word that stands at the start of a text and whose level
 /// html_style enables now; null when there is none.
 Syntax* isSyntax(const char* text);
-
-#endif

@@ -1,7 +1,6 @@
 // The names of the registry, looked up by the words of the sources.
 
-#ifndef ZELKOR_ANALYSIS_NAME_INDEX_H
-#define ZELKOR_ANALYSIS_NAME_INDEX_H
+#pragma once
 
 #include <cstdint>
 #include <string_view>
@@ -113,5 +112,3 @@ class NameIndex {
 /// Returns the first unit of this name, or the registry's end.
 Declaration::Registry::iterator isDeclaration(const char* word, char** file,
                                               int line, int& self, int& count);
-
-#endif

@@ -4,8 +4,7 @@
 // the rewritten line stands at the same place in the source. A blanked line has
 // the length it had before.
 
-#ifndef ZELKOR_ANALYSIS_NORMALISE_H
-#define ZELKOR_ANALYSIS_NORMALISE_H
+#pragma once
 
 class ramFILE;
 
@@ -31,5 +30,3 @@ void merge_F90_continuations(ramFILE* file);
 
 /// Sets the path separator `slash` to '/', whatever the hint.
 void config_dos_or_unix(const char* hint);
-
-#endif

@@ -1,7 +1,6 @@
 // Files read in pieces, as fgets() reads them, without a copy of each.
 
-#ifndef ZELKOR_ANALYSIS_PIECES_H
-#define ZELKOR_ANALYSIS_PIECES_H
+#pragma once
 
 #include <cstddef>
 #include <cstdio>
@@ -47,5 +46,3 @@ class Pieces {
   bool has_nul = false;
   bool met_end = false;
 };
-
-#endif

@@ -4,8 +4,7 @@
 // rewritten in place between loading and reading. Lines count from 1; one entry
 // of the file is one line, and sizes are bytes that include the closing NUL.
 
-#ifndef ZELKOR_ANALYSIS_RAM_FILE_H
-#define ZELKOR_ANALYSIS_RAM_FILE_H
+#pragma once
 
 #include <memory_resource>
 #include <string>
@@ -92,5 +91,3 @@ void fclose(ramFILE* file);
 /// file->at_eof(); when `report` is set and the file is at its end, writes
 /// "END OF FILE" and a line end to standard output first.
 bool at_eof(ramFILE* file, bool report);
-
-#endif

@@ -4,8 +4,7 @@
 // have to see the same lines with the same numbers, for the one's references
 // are links to the other's anchors. So both read through here.
 
-#ifndef ZELKOR_ANALYSIS_SOURCE_LINES_H
-#define ZELKOR_ANALYSIS_SOURCE_LINES_H
+#pragma once
 
 #include <string_view>
 
@@ -49,5 +48,3 @@ class SourceLines {
   const char* scanned_text = nullptr;
   char blanked[line_size];
 };
-
-#endif

@@ -6,8 +6,7 @@
 // bytes above 127 are neither word characters nor white space and have no other
 // case. Columns are bytes counted from 0. Nothing here allocates or fails.
 
-#ifndef ZELKOR_ANALYSIS_WORDS_H
-#define ZELKOR_ANALYSIS_WORDS_H
+#pragma once
 
 #include <array>
 #include <cstddef>
@@ -137,5 +136,3 @@ bool match(const char* keyword, const char* text, int* consumed);
 /// Whether a word stands at the very start of a text and no further word
 /// character follows. An empty word is found where no word begins.
 bool starts_with_word(const char* text, const char* word);
-
-#endif

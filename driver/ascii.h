@@ -1,7 +1,6 @@
 // What characters are, as ASCII has it, whatever the locale.
 
-#ifndef ZELKOR_DRIVER_ASCII_H
-#define ZELKOR_DRIVER_ASCII_H
+#pragma once
 
 /// Whether a character is a blank or one of \t \n \v \f \r.
 constexpr bool is_white_space(char c) {
@@ -12,5 +11,3 @@ constexpr bool is_white_space(char c) {
 constexpr char to_upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
-
-#endif

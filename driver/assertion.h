@@ -1,7 +1,6 @@
 // Broken invariants stop the program, in release builds too.
 
-#ifndef ZELKOR_DRIVER_ASSERTION_H
-#define ZELKOR_DRIVER_ASSERTION_H
+#pragma once
 
 /// Reports a failed assertion on standard error in the C library's manner and
 /// aborts the process. Unlike assert() it does not depend on NDEBUG. Reports
@@ -12,5 +11,3 @@
 ///   function   the signature of the function to report
 [[noreturn]] void assertion_failed(const char* condition, const char* source,
                                    const char* function);
-
-#endif

@@ -4,8 +4,7 @@
 // extension, then -v with a level, then -h. Reading backwards leaves whatever
 // stands before the recognised options to the toolkit's parser.
 
-#ifndef ZELKOR_DRIVER_COMMAND_LINE_H
-#define ZELKOR_DRIVER_COMMAND_LINE_H
+#pragma once
 
 #include <optional>
 #include <set>
@@ -27,5 +26,3 @@ CommandLine read_command_line(int argc, const char* const* argv);
 
 /// Prints the usage text on standard output; `program` is argv[0] as given.
 void print_usage(const char* program);
-
-#endif

@@ -1,7 +1,6 @@
 // What stands in a directory, and what is one.
 
-#ifndef ZELKOR_DRIVER_DIRECTORY_LISTING_H
-#define ZELKOR_DRIVER_DIRECTORY_LISTING_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -14,5 +13,3 @@ std::vector<std::string> list_directory(const char* dir);
 /// Whether a path of any length names a directory or a link to one, with or
 /// without a trailing "/".
 bool is_directory(const std::string& path);
-
-#endif

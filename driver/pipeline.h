@@ -1,7 +1,6 @@
 // The one entry into the engine: a run over a list of source files.
 
-#ifndef ZELKOR_DRIVER_PIPELINE_H
-#define ZELKOR_DRIVER_PIPELINE_H
+#pragma once
 
 /// Resets the state of a run: stamps date_time with the current time and
 /// empties the registry of declarations.
@@ -19,5 +18,3 @@ void init_statics();
 /// Files that cannot be read are skipped. A page that cannot be created stops
 /// the process. Not re-entrant.
 void gen_html(int count, char** files);
-
-#endif

@@ -4,8 +4,7 @@
 // are read and written on the main thread only, at the moment of use: nothing
 // copies them at the start of a run.
 
-#ifndef ZELKOR_DRIVER_SETTINGS_H
-#define ZELKOR_DRIVER_SETTINGS_H
+#pragma once
 
 #include <cstdint>
 #include <ctime>
@@ -53,5 +52,3 @@ extern std::string index_title;
 /// Closing text of every page: a printf format whose only conversion, one %s,
 /// takes the text of ctime(&date_time), line end included.
 extern std::string page_trailer;
-
-#endif

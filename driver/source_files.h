@@ -1,7 +1,6 @@
 // The search for source files by extension.
 
-#ifndef ZELKOR_DRIVER_SOURCE_FILES_H
-#define ZELKOR_DRIVER_SOURCE_FILES_H
+#pragma once
 
 #include <set>
 #include <string>
@@ -23,5 +22,3 @@
 std::vector<std::string> collect_files(const char* dir,
                                        std::set<std::string> extensions,
                                        bool recursive);
-
-#endif

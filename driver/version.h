@@ -1,7 +1,6 @@
 // The program's version, derived from the date on which it was built.
 
-#ifndef ZELKOR_DRIVER_VERSION_H
-#define ZELKOR_DRIVER_VERSION_H
+#pragma once
 
 #include <string>
 
@@ -19,5 +18,3 @@ std::string build_year();
 ///   date  month abbreviation, day and year, separated by blanks; a month word
 ///         that cannot be told counts as January, a missing number as 0
 std::string version_text(const char* date);
-
-#endif

@@ -1,7 +1,6 @@
 // The About box: a logo above a text.
 
-#ifndef ZELKOR_GUI_ABOUT_H
-#define ZELKOR_GUI_ABOUT_H
+#pragma once
 
 class Fl_Window;
 
@@ -20,5 +19,3 @@ int est_num_lines(const char* text, int width);
 /// Returns whether the user pressed "okay".
 bool fl_about(char** xpm, const char* title, const char* text,
               Fl_Window* parent);
-
-#endif

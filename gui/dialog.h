@@ -1,8 +1,7 @@
 // A modal dialog with room for the caller's widgets above a "cancel" and an
 // "okay" button.
 
-#ifndef ZELKOR_GUI_DIALOG_H
-#define ZELKOR_GUI_DIALOG_H
+#pragma once
 
 #include <FL/Fl_Window.H>
 
@@ -33,5 +32,3 @@ class Fl_Dialog : public Fl_Window {
   Fl_Button* okay_button;
   Fl_Button* cancel_button;
 };
-
-#endif

@@ -1,7 +1,6 @@
 // The menu of the directories above the one that Potential Files shows.
 
-#ifndef ZELKOR_GUI_DIRECTORY_MENU_H
-#define ZELKOR_GUI_DIRECTORY_MENU_H
+#pragma once
 
 class Fl_Menu_;
 
@@ -11,5 +10,3 @@ class Fl_Menu_;
 ///   path  one trailing "/" is ignored, but shows in the label; the label
 ///         points into this text, which must stay as long as the label
 void dir_menu(Fl_Menu_* menu, const char* path);
-
-#endif

@@ -6,8 +6,7 @@
 // and the name); Selected Files holds paths in the order in which they were
 // added. Both texts are the toolkit's copies.
 
-#ifndef ZELKOR_GUI_FILE_PANES_H
-#define ZELKOR_GUI_FILE_PANES_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -62,5 +61,3 @@ void change_dir_menu_cb(Fl_Menu_* menu, void* ui);
 /// is entered after the event (see PendingChange), but before "<<<" adds files.
 /// A parent directory chosen meanwhile is entered in its place.
 void change_dir_click_cb(Fl_Multi_Browser* list, void* ui);
-
-#endif

@@ -1,8 +1,7 @@
 // How names of files are shown as they are: in the toolkit's own labels "@"
 // begins a symbol, and "&" underlines a letter.
 
-#ifndef ZELKOR_GUI_LABELS_H
-#define ZELKOR_GUI_LABELS_H
+#pragma once
 
 #include <FL/Enumerations.H>
 
@@ -20,5 +19,3 @@ Fl_Labeltype literal_label();
 /// toolkit would: a 20-pixel box with a border would cut off the underscores of
 /// a 14-point font.
 Fl_Labeltype status_label();
-
-#endif

@@ -1,8 +1,7 @@
 // The callbacks of the main window, which ZelkorUserInterface::make_window
 // builds. Those of the file lists stand in gui/file_panes.h.
 
-#ifndef ZELKOR_GUI_MAIN_WINDOW_H
-#define ZELKOR_GUI_MAIN_WINDOW_H
+#pragma once
 
 class Fl_Button;
 class Fl_Widget;
@@ -24,5 +23,3 @@ void SelectOutput_cb(Fl_Button* button, void* input);
 /// that the window names. Refused with an alert when that is no directory, and
 /// silently when no file is selected or a run is going on already.
 void GenerateHTML_cb(Fl_Button* button, ZelkorUserInterface* ui);
-
-#endif

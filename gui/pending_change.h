@@ -1,8 +1,7 @@
 // The toolkit goes on to read the lines of a list after the list's callback, in
 // some events. What would replace the lines, and so free them, has to wait.
 
-#ifndef ZELKOR_GUI_PENDING_CHANGE_H
-#define ZELKOR_GUI_PENDING_CHANGE_H
+#pragma once
 
 #include <functional>
 
@@ -33,5 +32,3 @@ class PendingChange {
   std::function<void()> waiting;
   bool is_held = false;
 };
-
-#endif

@@ -1,7 +1,6 @@
 // How a run reports its progress: on the main window's bar and status line.
 
-#ifndef ZELKOR_GUI_PROGRESS_H
-#define ZELKOR_GUI_PROGRESS_H
+#pragma once
 
 class ZelkorUserInterface;
 
@@ -20,5 +19,3 @@ extern ZelkorUserInterface* progress_target;
 ///
 /// Returns the result of Fl::check(): whether a window is still shown.
 int progress(double fraction, const char* message, void* ui);
-
-#endif

@@ -1,7 +1,6 @@
 // The list of selected files, drawn in groups of one directory each.
 
-#ifndef ZELKOR_GUI_SPECIAL_BROWSER_H
-#define ZELKOR_GUI_SPECIAL_BROWSER_H
+#pragma once
 
 #include <FL/Fl_Multi_Browser.H>
 
@@ -36,5 +35,3 @@ class SpecialBrowser : public Fl_Multi_Browser {
 void draw_special_line(const std::string& text, bool selected, int x, int y,
                        int w, int h, int size, Fl_Font font, Fl_Color color,
                        Fl_Color selection_color, Fl_Align align);
-
-#endif

@@ -1,8 +1,7 @@
 // What the toolkit's versions do in different ways. The one place that asks for
 // the version.
 
-#ifndef ZELKOR_GUI_TOOLKIT_VERSIONS_H
-#define ZELKOR_GUI_TOOLKIT_VERSIONS_H
+#pragma once
 
 class Fl_Window;
 
@@ -12,5 +11,3 @@ void title_message_boxes(const char* title);
 
 /// Shows a window that window managers list with the program's icon.
 void show_with_icon(Fl_Window& window);
-
-#endif

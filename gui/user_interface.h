@@ -1,7 +1,6 @@
 // The main window's object: its widgets and the directory that it lists.
 
-#ifndef ZELKOR_GUI_USER_INTERFACE_H
-#define ZELKOR_GUI_USER_INTERFACE_H
+#pragma once
 
 #include <string>
 
@@ -47,5 +46,3 @@ class ZelkorUserInterface {
   /// The items of the Level choice, closed by an empty one.
   static Fl_Menu_Item menu_Level[];
 };
-
-#endif

@@ -1,7 +1,6 @@
 // Showing HTML files in the user's browser.
 
-#ifndef ZELKOR_HELP_BROWSER_H
-#define ZELKOR_HELP_BROWSER_H
+#pragma once
 
 #include <string>
 
@@ -16,5 +15,3 @@ void launch_html(const std::string& path);
 
 /// Shows the handbook of a program, see locate_handbook().
 void launch_handbook(const std::string& program);
-
-#endif

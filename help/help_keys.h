@@ -1,7 +1,6 @@
 // The keys that offer help: F1 the handbook, Shift+F1 the About box.
 
-#ifndef ZELKOR_HELP_HELP_KEYS_H
-#define ZELKOR_HELP_HELP_KEYS_H
+#pragma once
 
 class Fl_Window;
 
@@ -13,5 +12,3 @@ class Fl_Window;
 /// installed with this program. A message tells where it was sought when there
 /// is none.
 void offer_help_keys(Fl_Window* window);
-
-#endif

@@ -1,7 +1,6 @@
 // Where the maker's programs are installed, and the handbook below that.
 
-#ifndef ZELKOR_HELP_INSTALL_DIR_H
-#define ZELKOR_HELP_INSTALL_DIR_H
+#pragma once
 
 #include <sys/types.h>
 
@@ -30,5 +29,3 @@ off_t file_exists(const std::string& path);
 /// The path of a program's handbook in the installation directory, whether or
 /// not it exists.
 std::string locate_handbook(const std::string& program);
-
-#endif

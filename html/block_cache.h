@@ -1,7 +1,6 @@
 // Mark-up that many places show alike, rendered once.
 
-#ifndef ZELKOR_HTML_BLOCK_CACHE_H
-#define ZELKOR_HTML_BLOCK_CACHE_H
+#pragma once
 
 #include <cstdio>
 #include <functional>
@@ -53,5 +52,3 @@ class BlockCache {
   std::size_t rendered_size = 0;
   std::FILE* stream;
 };
-
-#endif

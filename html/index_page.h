@@ -1,7 +1,6 @@
 // The index of all declarations.
 
-#ifndef ZELKOR_HTML_INDEX_PAGE_H
-#define ZELKOR_HTML_INDEX_PAGE_H
+#pragma once
 
 /// Writes the index page: all registered units by kind, first as pop-up menus
 /// in a navigation bar, then as lists. Reports on standard output when
@@ -11,5 +10,3 @@
 ///
 /// A page that cannot be opened is skipped without a word.
 void print_tree(const char* name);
-
-#endif

@@ -3,8 +3,7 @@
 // No character is ever turned into an entity, and nothing checks for write
 // errors. An anchor marks a place in a page; an address leads to it.
 
-#ifndef ZELKOR_HTML_MARKUP_H
-#define ZELKOR_HTML_MARKUP_H
+#pragma once
 
 #include <cstdio>
 #include <string_view>
@@ -80,5 +79,3 @@ void put(std::FILE* html, const Pieces&... pieces) {
   Markup markup(html);
   (markup.add(pieces), ...);
 }
-
-#endif

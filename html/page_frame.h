@@ -4,8 +4,7 @@
 // an open stream; none checks for write errors, and no character is ever turned
 // into an entity.
 
-#ifndef ZELKOR_HTML_PAGE_FRAME_H
-#define ZELKOR_HTML_PAGE_FRAME_H
+#pragma once
 
 #include <cstdio>
 
@@ -56,5 +55,3 @@ void menu_item(std::FILE* html, const Calling& calling, bool new_column);
 ///
 ///   index  its definition index
 void multiref_item(std::FILE* html, const Declaration& declaration, int index);
-
-#endif

@@ -4,8 +4,7 @@
 // the extension replaced by a number, which the whole path determines, and
 // ".html". A source file is known by its slot in the run's list.
 
-#ifndef ZELKOR_HTML_PAGE_NAMES_H
-#define ZELKOR_HTML_PAGE_NAMES_H
+#pragma once
 
 struct Calling;
 
@@ -26,5 +25,3 @@ const char* HTML_NAME(char** file);
 /// Static text, valid until the next call. Part of the interface; pages put the
 /// two together in place.
 const char* HTML_XREF(const Calling& calling);
-
-#endif

@@ -1,7 +1,6 @@
 // The page of one source file.
 
-#ifndef ZELKOR_HTML_SOURCE_PAGE_H
-#define ZELKOR_HTML_SOURCE_PAGE_H
+#pragma once
 
 #include <cstdio>
 
@@ -20,5 +19,3 @@ void print_links(char** file, bool fixed_form);
 /// Writes the characters of a line from column `start` up to, not including,
 /// `end`, in bold, italic or both as html_style asks.
 void print_syntax(const char* line, int start, int end, std::FILE* html);
-
-#endif
