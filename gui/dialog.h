@@ -17,7 +17,7 @@ class Fl_Dialog : public Fl_Window {
 
   /// The upper part, w x (h - 60) pixels, which receives the caller's widgets.
   Fl_Window* work_area() const { return area; }
-  /// The row of the buttons. Part of the interface; the program leaves it alone.
+  /// The row of the buttons. Part of the interface; not used here.
   Fl_Pack* button_row() const { return row; }
 
   /// Shows the dialog and waits for an answer, then hides it. Returns 1 for
