@@ -42,7 +42,7 @@ TEST_F(CallersTest, AreOrderedAndTakeNoReferenceTwice) {
 
 TEST_F(CallersTest, AreFoundByTheirPlace) {
   EXPECT_TRUE(first.find(a1) == first.end());
-  first.insert(a1);
+  for (const Calling& calling : {a1, b1}) first.insert(calling);
   EXPECT_TRUE(first.find(a1) == first.begin());
   EXPECT_TRUE(first.find(a2) == first.end());
 }
