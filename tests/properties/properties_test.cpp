@@ -14,12 +14,8 @@
 
 #include <algorithm>
 #include <clocale>
-#include <cstring>
 #include <functional>
-#include <memory>
 
-#include "analysis/normalise.h"
-#include "analysis/ram_file.h"
 #include "driver/settings.h"
 #include "html/page_names.h"
 #include "tests/properties/random_tree.h"
@@ -76,52 +72,6 @@ TEST(Runs, MakeOfTheirSourcesWhatTheRulesSay) {
     other.list.pop_back();
     expect_no_faults(other);
     expect_no_faults(tree);
-  });
-}
-
-TEST(Blanking, KeepsTheLengthAndIsDoneOnce) {
-  Dice dice(first_seed);
-  for (std::uint64_t i = 0; i < 20 * files_to_check; ++i) {
-    const std::string line = random_line(dice) + "\n";
-    for (const bool fixed_form : {false, true}) {
-      std::string once = line;
-      hide_F90_strings_comments(once.data(), fixed_form);
-      std::string twice = once;
-      hide_F90_strings_comments(twice.data(), fixed_form);
-      ASSERT_EQ(line.size(), std::strlen(once.c_str())) << line;
-      ASSERT_EQ(once, twice) << line;
-      for (std::size_t at = 0; at < line.size(); ++at)
-        ASSERT_TRUE(once[at] == line[at] || once[at] == ' ') << line;
-      if (!fixed_form) {
-        ASSERT_EQ(blanked(line), once);
-      }
-    }
-  }
-}
-
-std::vector<std::string> lines_of(ramFILE& file) {
-  std::vector<std::string> lines;
-  file.rewind();
-  for (char line[2 * 4096]; !at_eof(&file, false);) {
-    fgets(line, sizeof line, &file);
-    lines.emplace_back(line);
-  }
-  return lines;
-}
-
-TEST(SourceInMemory, KeepsItsLinesThroughBlankingAndTheirNumberThroughJoining) {
-  for_trees([](const Tree& tree, Dice&) {
-    for (const auto& [path, text] : tree.sources) {
-      const std::unique_ptr<ramFILE> file(ramFILE::New(path.c_str()));
-      if (file == nullptr) continue;
-      std::vector<std::string> expected;
-      for (const Piece& piece : pieces_of(text, 1024))
-        expected.push_back(blanked(piece.text));
-      hide_F90_strings_comments(file.get(), false);
-      EXPECT_EQ(expected, lines_of(*file)) << path;
-      hide_F90_strings_comments(file.get(), false);
-      EXPECT_EQ(expected, lines_of(*file)) << path;
-    }
   });
 }
 

@@ -157,6 +157,21 @@ std::string stretched(Dice& dice, std::string line) {
   return line.insert(at, length - line.size(), filler);
 }
 
+std::string random_line(Dice& dice) {
+  const std::size_t kind = dice.below(100);
+  std::string line =
+      kind < 30   ? opening(dice)
+      : kind < 55 ? "  call " + some_name(dice) + "(x)"
+      : kind < 62 ? "end " + dice.one_of(keywords) + " " + some_name(dice)
+      : kind < 67 ? "! " + soup(dice)
+      : kind < 72 ? "print *, \"" + soup(dice) + "\""
+      : kind < 76 ? ""
+                  : soup(dice);
+  if (dice.percent(4)) line += " &";
+  if (dice.percent(3)) line = stretched(dice, line);
+  return line;
+}
+
 std::string random_text(Dice& dice) {
   static const std::vector<std::string> line_ends = {"\n", "\n", "\n", "\r\n",
                                                      "\r"};
@@ -178,21 +193,6 @@ std::string random_text(Dice& dice) {
 }
 
 }  // namespace
-
-std::string random_line(Dice& dice) {
-  const std::size_t kind = dice.below(100);
-  std::string line =
-      kind < 30   ? opening(dice)
-      : kind < 55 ? "  call " + some_name(dice) + "(x)"
-      : kind < 62 ? "end " + dice.one_of(keywords) + " " + some_name(dice)
-      : kind < 67 ? "! " + soup(dice)
-      : kind < 72 ? "print *, \"" + soup(dice) + "\""
-      : kind < 76 ? ""
-                  : soup(dice);
-  if (dice.percent(4)) line += " &";
-  if (dice.percent(3)) line = stretched(dice, line);
-  return line;
-}
 
 Tree random_tree(Dice& dice) {
   static const std::vector<std::uint32_t> levels = {0, LEVEL_NONE, LEVEL_1,

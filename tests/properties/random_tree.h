@@ -4,7 +4,6 @@
 #define ZELKOR_TESTS_PROPERTIES_RANDOM_TREE_H
 
 #include <cstdint>
-#include <initializer_list>
 #include <random>
 #include <string>
 #include <vector>
@@ -38,8 +37,5 @@ class Dice {
 /// A tree of one to eight files. A path may stand in its list twice, and name
 /// a file that is not there or a directory.
 Tree random_tree(Dice& dice);
-
-/// A line of source, with or without a line end.
-std::string random_line(Dice& dice);
 
 #endif
