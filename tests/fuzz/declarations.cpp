@@ -3,11 +3,11 @@
 // chooses the comment rule.
 
 #include "analysis/declarations.h"
-#include "analysis/name_index.h"
 
 #include <cstring>
 #include <memory>
 
+#include "analysis/name_index.h"
 #include "analysis/normalise.h"
 #include "analysis/ram_file.h"
 #include "tests/fuzz/scratch.h"

@@ -31,9 +31,9 @@ class HandbookRun : public PageTest {
     gen_html(files.count(), files.data());
   }
 
-  static std::string page_name(std::string path) {
-    char* slot = path.data();
-    return HTML_REF(&slot);
+  static std::string page_name(const std::string& path) {
+    FileList files({path});
+    return HTML_REF(files.slot(0));
   }
 
   /// The page of a source.
