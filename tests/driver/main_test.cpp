@@ -231,11 +231,13 @@ TEST_F(StartUpWithDisplay, VerbosityComesFromTheLevel) {
   }
 }
 
+// An icon is not drawn, but selects files as well.
 TEST_F(StartUpWithDisplay, SwitchesOfTheToolkitComeFirst) {
   write_file("a.f90", "x\n");
   const std::string display = getenv("DISPLAY");
   unsetenv("DISPLAY");
-  start({"-display", display, "-scheme", "plastic", "-e", "f90", "-v", "1"});
+  start({"-display", display, "-scheme", "plastic", "-iconic", "-e", "f90",
+         "-v", "1"});
   setenv("DISPLAY", display.c_str(), 1);
   ASSERT_TRUE(window.wait_for(*program));
   generate();
@@ -346,13 +348,6 @@ TEST_F(EndlessSearch, IsLeftOutWhenTheWindowIsClosedBeforeItIsDrawn) {
   start(search);
   others.close_next();
   EXPECT_EQ(0, end());
-}
-
-TEST_F(StartUpWithDisplay, AnIconSelectsFilesAsWell) {
-  write_file("a.f90", "x\n");
-  ASSERT_TRUE(open({"-iconic", "-e", "f90", "-v", "1"}));
-  generate();
-  EXPECT_EQ(run_reports({"./a.f90"}), output());
 }
 
 }  // namespace

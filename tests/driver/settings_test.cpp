@@ -77,15 +77,6 @@ TEST(Settings, HaveTheirStyleBitsAtFixedValues) {
   EXPECT_EQ(8192u, LEVEL_NONE);
 }
 
-TEST(Settings, HoldTheTextsOfThePages) {
-  EXPECT_EQ("Hyperlinked Fortran Source Tree by Qumbra", index_title);
-  EXPECT_EQ(
-      "<hr><small>Generated %s by <a href=\"https://zelkor.example/\">zelkor"
-      "</a>, A CASE Tool from <a href=\"mailto:zelkor@qumbra.example\">Qumbra"
-      "</a></small>",
-      page_trailer);
-}
-
 // A run over one file that declares a unit and names it in a comment and in a
 // string.
 class SettingsInARun : public testing::Test {

@@ -15,9 +15,7 @@
 
 #include "gui/dialog.h"
 #include "tests/gui/main_window_fixture.h"
-#include "tests/gui/modal.h"
 #include "tests/gui/pixels.h"
-#include "tests/gui/place.h"
 #include "tests/gui/user.h"
 
 // Xlib's macros would spoil the headers above if it came first.
@@ -29,36 +27,22 @@ const int font_size = 12;
 
 // --- Counting lines ---
 
-// The width in pixels up to a character, and of the characters between two.
+// The width in pixels up to a character.
 int width_to(const std::string& text, int i) {
   return static_cast<int>(fl_width(text.c_str(), i));
 }
-int width_of(const std::string& text, int from, int to) {
-  return width_to(text, to) - width_to(text, from);
-}
 
-struct LinesRow {
-  std::string text;
-  int from, to;  // the box is as wide as these characters
-  int narrower;  // less so many pixels
-  int count;
-};
-
-void expect_counts(const std::vector<LinesRow>& rows) {
-  fl_open_display();
-  fl_font(FL_HELVETICA, font_size);
-  for (const LinesRow& row : rows) {
-    const int width = width_of(row.text, row.from, row.to) - row.narrower;
-    EXPECT_EQ(row.count, est_num_lines(row.text.c_str(), width))
-        << "\"" << row.text << "\" in a box " << row.narrower
-        << " pixels narrower than " << row.from << " to " << row.to;
-  }
-}
-
-const int far = -1000;  // so much wider that nothing has to be broken
-
-TEST(EstNumLines, EveryLineEndCountsAndTheLastLineOnlyWithOne) {
-  expect_counts({
+// Deliberate: also at a line end the line is taken to end before its last word,
+// which then takes room from the next one.
+TEST(EstNumLines, CountsLineEndsAndWhereWordsAreTooWide) {
+  const int far = -1000;  // so much wider that nothing has to be broken
+  const struct {
+    std::string text;
+    int from, to;  // the box is as wide as these characters
+    int narrower;  // less so many pixels
+    int count;
+  } rows[] = {
+      // The last line counts only with a line end.
       {"", 0, 0, far, 0},
       {"", 0, 0, 0, 0},
       {"one two three", 0, 0, far, 0},
@@ -68,12 +52,7 @@ TEST(EstNumLines, EveryLineEndCountsAndTheLastLineOnlyWithOne) {
       {"one\rtwo\r", 0, 0, far, 0},
       {"one\vtwo\fthree\t", 0, 0, far, 0},
       {"one\r\ntwo\r\n", 0, 0, far, 2},
-  });
-}
-
-// The blank before the moved word goes with it.
-TEST(EstNumLines, WordThatWouldBeTooWideStartsTheNextLine) {
-  expect_counts({
+      // A word that would be too wide starts the next line, with its blank.
       {"aa bb", 0, 5, 0, 0},
       {"aa bb", 0, 5, 1, 1},
       {"aa bb ccc", 0, 5, 0, 1},
@@ -82,56 +61,40 @@ TEST(EstNumLines, WordThatWouldBeTooWideStartsTheNextLine) {
       {"aa bb cc dd", 0, 8, 0, 1},
       {"aaaa bb cc", 4, 10, 0, 1},
       {"aaaa bb cc", 4, 10, 1, 2},
-  });
-}
-
-TEST(EstNumLines, WordWiderThanTheBoxIsALineOfItsOwn) {
-  expect_counts({
+      // A word wider than the box is a line of its own.
       {"wwwwwwwwww", 0, 10, 0, 0},
       {"wwwwwwwwww", 0, 10, 1, 1},
       {"wwwwwwwwww aa", 0, 10, 1, 1},
       {"aa wwwwwwwwww bb", 3, 13, 1, 2},
       {"wwwwwwwwww wwwwwwwwww wwwwwwwwww", 0, 10, 1, 3},
-  });
-}
-
-// Deliberate: also at a line end the line is taken to end before its last word,
-// which then takes room from the next one.
-TEST(EstNumLines, LastWordBeforeALineEndCountsForTheNextLineToo) {
-  expect_counts({
+      {std::string(1000, 'w'), 0, 50, 0, 1},
+      // The last word before a line end counts for the next line, too.
       {"aa bb\ncc", 2, 8, 0, 1},
       {"aa bb\ncc", 2, 8, 1, 2},
       {"aa\ncc", 2, 5, 0, 1},
       {"aaaa bb\n", 0, 7, 1, 1},
       {"aaaa bb\ncc", 0, 7, 1, 1},
-  });
-}
-
-TEST(EstNumLines, AllWhiteSpaceEndsWords) {
-  for (const char space : {' ', '\t', '\v', '\f', '\r'})
-    expect_counts({{(std::string("aaa") + space + "bbb cccc"), 0, 7, 1, 2}});
-  for (const char other : {'-', '\xa0', '\x85'})
-    expect_counts({{(std::string("aaa") + other + "bbb cccc"), 0, 7, 1, 1}});
-}
-
-TEST(EstNumLines, MeasuresInTheCurrentFont) {
+      // All white space ends words, and nothing else.
+      {"aaa\tbbb cccc", 0, 7, 1, 2},
+      {"aaa\vbbb cccc", 0, 7, 1, 2},
+      {"aaa\fbbb cccc", 0, 7, 1, 2},
+      {"aaa\rbbb cccc", 0, 7, 1, 2},
+      {"aaa-bbb cccc", 0, 7, 1, 1},
+      {std::string("aaa\xa0") + "bbb cccc", 0, 7, 1, 1},
+      {std::string("aaa\x85") + "bbb cccc", 0, 7, 1, 1},
+  };
   fl_open_display();
-  const std::string text = "some words that fit";
-  const int length = static_cast<int>(text.size());
-  fl_font(FL_HELVETICA, font_size);
-  const int width = width_to(text, length);
-  EXPECT_EQ(0, est_num_lines(text.c_str(), width));
-  fl_font(FL_HELVETICA, 2 * font_size);
-  EXPECT_GT(est_num_lines(text.c_str(), width), 0);
-}
-
-TEST(EstNumLines, LongTextsEnd) {
-  fl_open_display();
-  fl_font(FL_HELVETICA, font_size);
-  EXPECT_EQ(1, est_num_lines(std::string(3000, 'w').c_str(), 394));
-  std::string words;
-  for (int i = 0; i < 1000; ++i) words += "w\n";
-  EXPECT_EQ(1000, est_num_lines(words.c_str(), 394));
+  for (const int size : {font_size, 2 * font_size}) {
+    fl_font(FL_HELVETICA, size);
+    for (const auto& row : rows) {
+      const int width =
+          width_to(row.text, row.to) - width_to(row.text, row.from);
+      EXPECT_EQ(row.count,
+                est_num_lines(row.text.c_str(), width - row.narrower))
+          << "\"" << row.text << "\" in a box " << row.narrower
+          << " pixels narrower than " << row.from << " to " << row.to;
+    }
+  }
 }
 
 // --- The box ---
@@ -205,8 +168,8 @@ TEST_F(About, TellsWhetherOkayWasPressed) {
   }));
 }
 
-TEST_F(About, IsATitledDialogCentredOverItsParent) {
-  about({20, 10}, "one\ntwo\n", [&](Fl_Dialog& dialog) {
+TEST_F(About, IsADialogOverItsParentWithLogoTitleAndText) {
+  about({20, 10}, "one @two\nthree\n", [&](Fl_Dialog& dialog) {
     const int h = 10 + 25 + block_height(2) + 70;
     // The parent's middle is 301 + 166, 203 + 138.
     EXPECT_EQ((Place{467 - 210, 341 - h / 2, 420, h}), place_of(dialog));
@@ -216,6 +179,25 @@ TEST_F(About, IsATitledDialogCentredOverItsParent) {
     EXPECT_EQ(2, dialog.work_area()->children());
     EXPECT_EQ(&output(dialog), dialog.work_area()->resizable());
     EXPECT_EQ(dialog.work_area(), dialog.resizable());
+
+    Fl_Box& box = logo(dialog);
+    EXPECT_EQ(nullptr, box.label());
+    EXPECT_EQ(FL_FLAT_BOX, box.box());
+    EXPECT_EQ(49u, box.color());
+    EXPECT_EQ(FL_ALIGN_INSIDE, box.align());
+    EXPECT_PRED_FORMAT2(same_picture, drawn(20, 10, FL_RED, [] {}),
+                        shown(*dialog.work_area(), 200, 10, 20, 10));
+
+    Fl_Multiline_Output& text = output(dialog);
+    EXPECT_STREQ("one @two\nthree\n", text.value());
+    EXPECT_EQ(FL_MULTILINE_OUTPUT_WRAP, text.type());
+    EXPECT_EQ(FL_FLAT_BOX, text.box());
+    EXPECT_EQ(49u, text.color());
+    EXPECT_EQ(FL_HELVETICA, text.textfont());
+    EXPECT_EQ(12, text.textsize());
+    EXPECT_STREQ(title, text.label());
+    EXPECT_EQ(16, text.labelsize());
+    EXPECT_EQ(FL_ALIGN_TOP, text.align());
   });
 }
 
@@ -231,34 +213,6 @@ TEST_F(About, LogoIsCentredOverABlockOf400PixelsOrWidensIt) {
       EXPECT_EQ((Place{10, 58, row.block, block_height(1)}),
                 place_of(output(dialog)));
     });
-}
-
-TEST_F(About, LogoIsAFlatBoxWithThePicture) {
-  about({20, 10}, "one\n", [&](Fl_Dialog& dialog) {
-    Fl_Box& box = logo(dialog);
-    EXPECT_EQ(nullptr, box.label());
-    EXPECT_EQ(FL_FLAT_BOX, box.box());
-    EXPECT_EQ(49u, box.color());
-    EXPECT_EQ(FL_ALIGN_INSIDE, box.align());
-    const Pixels red = drawn(20, 10, FL_RED, [] {});
-    EXPECT_PRED_FORMAT2(same_picture, red,
-                        shown(*dialog.work_area(), 200, 10, 20, 10));
-  });
-}
-
-TEST_F(About, TextIsReadOnlyAndWrappedBelowTheTitle) {
-  about({20, 10}, "one @two\nthree", [&](Fl_Dialog& dialog) {
-    Fl_Multiline_Output& text = output(dialog);
-    EXPECT_STREQ("one @two\nthree", text.value());
-    EXPECT_EQ(FL_MULTILINE_OUTPUT_WRAP, text.type());
-    EXPECT_EQ(FL_FLAT_BOX, text.box());
-    EXPECT_EQ(49u, text.color());
-    EXPECT_EQ(FL_HELVETICA, text.textfont());
-    EXPECT_EQ(12, text.textsize());
-    EXPECT_STREQ(title, text.label());
-    EXPECT_EQ(16, text.labelsize());
-    EXPECT_EQ(FL_ALIGN_TOP, text.align());
-  });
 }
 
 // One step at a time: between two of them the toolkit has its turn.
@@ -350,23 +304,22 @@ struct PendingEvents {
   int after = 0;
 };
 
-TEST_F(About, ShowsOnceThePendingEventsAreDealtWith) {
-  PendingEvents events;
-  about({20, 10}, "text");
-  EXPECT_EQ(4, events.before);
-  EXPECT_EQ(0, events.after);
-}
-
-TEST_F(About, WaitsHalfASecondForEventsToCome) {
+TEST_F(About, WaitsHalfASecondForEventsAndDealsWithThoseThatArePending) {
   using Clock = std::chrono::steady_clock;
   while (Fl::ready()) Fl::check();
-  const Clock::time_point start = Clock::now();
-  std::optional<Clock::duration> waited;
-  about({20, 10}, "text", [&](Fl_Dialog&) {
-    if (!waited) waited = Clock::now() - start;
-  });
-  ASSERT_TRUE(waited.has_value());
-  EXPECT_GE(*waited, std::chrono::milliseconds(490));
+  Clock::duration waited{};
+  for (const bool pending : {false, true}) {
+    std::optional<PendingEvents> events;
+    if (pending) events.emplace();
+    const Clock::time_point start = Clock::now();
+    about({20, 10}, "text", [&](Fl_Dialog&) { waited = Clock::now() - start; });
+    if (pending) {
+      EXPECT_EQ(4, events->before);
+      EXPECT_EQ(0, events->after);
+    } else {
+      EXPECT_GE(waited, std::chrono::milliseconds(490));
+    }
+  }
 }
 
 TEST_F(About, LeavesNothingBehind) {

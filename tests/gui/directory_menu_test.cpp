@@ -66,14 +66,4 @@ TEST_F(DirMenu, ItemsAreTheNamesAsTheyAre) {
   }
 }
 
-TEST_F(DirMenu, ItemsCallTheMenusCallback) {
-  menu.callback([](Fl_Widget*, void* called) { ++*static_cast<int*>(called); });
-  int called = 0;
-  menu.user_data(&called);
-  dir_menu(&menu, "/home/user/src");
-  menu.picked(&menu.menu()[1]);
-  EXPECT_EQ(1, called);
-  EXPECT_STREQ("home", menu.text());
-}
-
 }  // namespace

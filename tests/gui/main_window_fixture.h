@@ -5,11 +5,13 @@
 
 #include <FL/Fl_Browser.H>
 #include <FL/Fl_Menu_.H>
+#include <FL/Fl_Widget.H>
 #include <FL/Fl_Window.H>
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -71,5 +73,22 @@ void select_texts(Fl_Browser& list, const Texts& texts);
 
 /// The texts of a menu's items.
 Texts items_of(const Fl_Menu_& menu);
+
+/// Where a widget is.
+struct Place {
+  int x, y, w, h;
+};
+
+inline bool operator==(const Place& a, const Place& b) {
+  return a.x == b.x && a.y == b.y && a.w == b.w && a.h == b.h;
+}
+
+inline std::ostream& operator<<(std::ostream& s, const Place& p) {
+  return s << p.x << ", " << p.y << ", " << p.w << ", " << p.h;
+}
+
+inline Place place_of(const Fl_Widget& o) {
+  return {o.x(), o.y(), o.w(), o.h()};
+}
 
 #endif

@@ -340,23 +340,6 @@ TEST_F(SelectedFilesList, TotalHeightIsRightAfterRemoving) {
   }
 }
 
-TEST_F(SelectedFilesList, LastLineCanBeReachedAfterRemovingMany) {
-  build();
-  SpecialBrowser& list = *ui.selected_files;
-  for (int i = 0; i < 100; ++i)
-    list.add(("/d" + std::to_string(i / 2) + "/" + std::to_string(i)).c_str());
-  show_and_wait(*window);
-  for (int i = 1; i < 100; i += 2) list.select(i);  // all first of groups
-  ui.remove_button->do_callback();
-  ASSERT_EQ(50, list.size());
-  list.bottomline(50);
-  Fl::check();
-  EXPECT_TRUE(list.scrollbar.visible());
-  EXPECT_TRUE(list.displayed(50));
-  EXPECT_EQ(top_of(list, 50) + height_of(list, 50),
-            list.y() + list.h() - Fl::box_dy(FL_DOWN_BOX));
-}
-
 // --- speed ---
 
 // The time to fill a list and to scroll through it.

@@ -9,6 +9,7 @@
 #include <FL/Fl_Window.H>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -87,5 +88,28 @@ Fl_Widget* button_of(Fl_Group& group, const std::string& label);
 
 /// What the help viewer shows; null when it is not on screen.
 Fl_Help_View* help_view();
+
+/// Whether a window is on screen with all that it shows.
+bool is_drawn(Fl_Window& window);
+
+/// Closes a window as a window manager does: by its message to the window.
+void close_by_window_manager(Fl_Window& window);
+
+/// Calls an action each time the toolkit waits while a modal window is drawn.
+/// Until there is one it makes no events, so that code that waits for the
+/// events to settle can do so.
+class WhenModal {
+ public:
+  explicit WhenModal(ModalWatcher::Action action);
+  ~WhenModal();
+  WhenModal(const WhenModal&) = delete;
+  WhenModal& operator=(const WhenModal&) = delete;
+
+ private:
+  static void look(void* self);
+
+  ModalWatcher::Action action;
+  std::optional<ModalWatcher> watcher;
+};
 
 #endif

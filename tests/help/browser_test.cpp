@@ -22,7 +22,6 @@
 #include <thread>
 #include <vector>
 
-#include "tests/gui/modal.h"
 #include "tests/gui/user.h"
 #include "tests/support/alone.h"
 #include "tests/support/capture.h"

@@ -17,8 +17,6 @@
 #include "gui/dialog.h"
 #include "gui/special_browser.h"
 #include "tests/gui/main_window_fixture.h"
-#include "tests/gui/modal.h"
-#include "tests/gui/place.h"
 #include "tests/gui/user.h"
 #include "tests/support/alone.h"
 #include "tests/support/capture.h"
