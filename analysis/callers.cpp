@@ -33,11 +33,6 @@ const std::vector<Calling>& Callers::sorted() const {
   return records->list;
 }
 
-Callers::const_iterator Callers::find(const Calling& calling) const {
-  const auto found = std::lower_bound(begin(), end(), calling);
-  return found != end() && are_equal(*found, calling) ? found : end();
-}
-
 void Callers::insert(const Calling& calling) {
   if (records == nullptr)
     start_anew();

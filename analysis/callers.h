@@ -9,9 +9,10 @@
 #include "analysis/calling.h"
 
 /// An ordered set of references, without duplicates; of equal ones it keeps the
-/// first. References come almost in order, so they are appended, and sorted
-/// when the set is read. That takes the paths of all of them. Unlike those of a
-/// std::set, iterators hold only until a reference is added.
+/// first. References arrive almost in order: they are appended, and sorted when
+/// the set is read or its memory is full. Sorting compares paths, so the paths
+/// of all references must still be there. Unlike those of a std::set, iterators
+/// hold only until a reference is added.
 class Callers {
  public:
   using value_type = Calling;
@@ -26,7 +27,6 @@ class Callers {
   const_iterator end() const { return sorted().end(); }
   std::size_t size() const { return sorted().size(); }
   bool empty() const { return size() == 0; }
-  const_iterator find(const Calling& calling) const;
 
   /// Adds a reference to this set alone.
   void insert(const Calling& calling);

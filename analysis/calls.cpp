@@ -1,6 +1,6 @@
-// Every word that names a unit is a reference to it, keywords and comments
-// included, but on the line that declares the unit. Physical lines are scanned
-// one by one, continued or not.
+// Every word that names a unit is a reference to it, in comments and strings,
+// too, but not on a line that declares a unit of that name. Physical lines are
+// scanned one by one, continued or not.
 
 #include "analysis/calls.h"
 

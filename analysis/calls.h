@@ -11,6 +11,6 @@
 ///   fixed_form  the comment rule, see hide_F90_strings_comments()
 void gather_calls(char** file, bool fixed_form);
 
-/// Sorts the references to all units, which takes the paths of all files. Once
-/// it is done, the references can be walked without the paths.
+/// Sorts the references to all units. Their paths must still be there; from
+/// then on the references can be walked without them.
 void sort_references();

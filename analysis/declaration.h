@@ -23,9 +23,9 @@ class Declaration {
   /// after this.
   static void forget_all();
 
-  /// Another number after each unit that is built and each forget_all(): what
-  /// was worked out from the registry holds as long as this and the registry's
-  /// size stay the same.
+  /// A number that changes whenever a unit is built, add_calling() is called or
+  /// forget_all() is called. What was worked out from the registry stays valid
+  /// as long as this number and the registry's size are unchanged.
   static unsigned generation();
 
   /// Registers a unit.

@@ -4,10 +4,10 @@
 
 #include "analysis/declarations.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <string_view>
 
 #include "analysis/declaration.h"
 #include "analysis/keywords.h"
@@ -31,14 +31,10 @@ static bool read_operator(const char* line, int position, char* name) {
   if (line[position] != '.') return false;
 
   // From dot to dot; without a closing dot, all that is left of the line.
-  const char* opening = line + position;
-  const char* closing = std::strchr(opening + 1, '.');
-  const std::size_t length =
-      closing == nullptr ? std::strlen(opening)
-                         : static_cast<std::size_t>(closing + 1 - opening);
-  const std::size_t kept = std::min<std::size_t>(length, word_size - 1);
-  std::memcpy(name, opening, kept);
-  name[kept] = '\0';
+  std::string_view text = line + position;
+  const std::size_t closing = text.find('.', 1);
+  if (closing != std::string_view::npos) text = text.substr(0, closing + 1);
+  name[text.copy(name, word_size - 1)] = '\0';
   return true;
 }
 

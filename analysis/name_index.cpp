@@ -1,7 +1,7 @@
 #include "analysis/name_index.h"
 
 #include <algorithm>
-#include <functional>
+#include <utility>
 
 using Unit = Declaration::Registry::iterator;
 
@@ -48,16 +48,15 @@ static bool share_callers(Unit first, int count) {
   for (int i = 0; i < count; ++i, ++unit)
     if (!unit->second->callers.empty()) return false;
   first->second->callers.start_anew();
-  while (unit-- != first) unit->second->callers.share(first->second->callers);
+  unit = first;
+  for (int i = 1; i < count; ++i)
+    (++unit)->second->callers.share(first->second->callers);
   return true;
 }
 
-// Slots are compared as numbers, for they may lie in different arrays.
-static bool comes_before(char** file, int line, char** other_file,
-                         int other_line) {
-  const std::less<char**> before;
-  if (file != other_file) return before(file, other_file);
-  return line < other_line;
+// The order of openings: numbers, for slots may lie in different arrays.
+static auto place_of(char** file, int line) {
+  return std::pair(reinterpret_cast<std::uintptr_t>(file), line);
 }
 
 void NameIndex::add_name(Unit first, int count) {
@@ -65,7 +64,7 @@ void NameIndex::add_name(Unit first, int count) {
   entries.push_back({{first, count, share_callers(first, count)}, begin});
   std::stable_sort(openings.begin() + static_cast<std::ptrdiff_t>(begin),
                    openings.end(), [](const Opening& a, const Opening& b) {
-                     return comes_before(a.file, a.line, b.file, b.line);
+                     return place_of(a.file, a.line) < place_of(b.file, b.line);
                    });
 }
 
@@ -92,9 +91,9 @@ int NameIndex::declared(const Entry& entry, char** file, int line) const {
   const auto begin =
       openings.begin() + static_cast<std::ptrdiff_t>(entry.first_opening);
   auto opening =
-      std::upper_bound(begin, begin + entry.units.count, line,
-                       [file](int wanted, const Opening& o) {
-                         return comes_before(file, wanted, o.file, o.line);
+      std::upper_bound(begin, begin + entry.units.count, place_of(file, line),
+                       [](const auto& place, const Opening& o) {
+                         return place < place_of(o.file, o.line);
                        });
   if (opening == begin) return 0;
   --opening;

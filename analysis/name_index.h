@@ -30,13 +30,14 @@ struct Meaning {
 };
 
 /// An index of the registry as it was at one moment. Most words of a source
-/// name nothing, and are told so by one look into a small table.
+/// name no unit; for them it takes one look into a small table.
 class NameIndex {
  public:
   /// The index of the registry as it is now. It is built anew when the registry
-  /// has changed since the last call; then indexes handed out before, and what
-  /// they gave, must not be used any more. Others may take units out of the
-  /// registry and put them back under their names: its size has to tell.
+  /// has changed since the last call; then an index handed out before, and what
+  /// it gave, must not be used any more. A caller may erase units of `decs` and
+  /// insert them again under their names. generation() does not show that, so
+  /// the size of the registry is compared, too.
   static const NameIndex& current();
 
   /// Decides what a word stands for. Case is ignored.

@@ -12,10 +12,10 @@ class ramFILE;
 ///
 ///   line        NUL-terminated, with or without its line end; rewritten in
 ///               place
-///   fixed_form  false: "!" comments and the text between double quotes, which
-///               stay themselves; each line stands for itself, and a string
-///               that is not closed reaches to the end of the buffer.
-///               true: the whole line when it begins with "c" or "C"
+///   fixed_form  false: blanks "!" comments, and the text between double
+///               quotes but not the quotes. A call begins outside any string.
+///               An unclosed string is blanked to the end of the buffer.
+///               true: blanks the whole line when it begins with "c" or "C"
 void hide_F90_strings_comments(char* line, bool fixed_form);
 
 /// Does the same to every line of a file and leaves it rewound. A null file is

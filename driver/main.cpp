@@ -64,7 +64,7 @@ static void read_toolkit_switches(int count, char** arguments) {
 }
 
 // Lets the toolkit draw a window that is shown, for it is not drawn during the
-// search. One that nobody can see, such as an icon, is not waited for long.
+// search. One on another workspace is not drawn, and not waited for long.
 static void draw_now(Fl_Window& window) {
   using Clock = std::chrono::steady_clock;
   const auto deadline = Clock::now() + std::chrono::seconds(2);

@@ -14,8 +14,8 @@ std::string label_text(const std::string& text);
 /// Our own way of drawing a label: the text alone. For widgets and menu items.
 Fl_Labeltype literal_label();
 
-/// The status line's: the text alone in one line, clipped to its box. Where the
-/// font is higher than the box, the text is drawn one pixel higher than the
-/// toolkit would: a 20-pixel box with a border would cut off the underscores of
-/// a 14-point font.
+/// The status line's: the text alone in one line, clipped to its box. If the
+/// font is taller than the space inside the border, the text is drawn one pixel
+/// further up than the toolkit would draw it. Otherwise a 14-point font would
+/// lose its underscores in a box of 20 pixels.
 Fl_Labeltype status_label();

@@ -4,8 +4,8 @@
 
 #include <utility>
 
-// Within a range of lines, a drag or a key press the toolkit goes on to read
-// the lines.
+// After the callback of a drag, a key press or a click with Shift, which
+// selects a range, the toolkit reads the lines again.
 static bool event_needs_lines() {
   const int event = Fl::event();
   return event == FL_DRAG || event == FL_KEYBOARD || event == FL_SHORTCUT ||

@@ -21,7 +21,7 @@ static const unsigned long icon[] = {
 
 #include <X11/Xatom.h>
 
-// They are one window, the one that their icon is in.
+// In this version all message boxes share one window, which holds their icon.
 void title_message_boxes(const char* title) {
   fl_message_icon()->window()->label(title);
 }

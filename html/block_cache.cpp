@@ -25,8 +25,12 @@ void BlockCache::write(const Namesakes& units, std::size_t items,
     return;
   }
   if (generation != Declaration::generation() || separator != slash ||
-      bytes > most_bytes)
-    forget_all();
+      bytes > most_bytes) {
+    blocks.clear();
+    bytes = 0;
+    generation = Declaration::generation();
+    separator = slash;
+  }
   Block& block = blocks[units.first->second];
   if (block.text.empty() || block.items != items) {
     std::rewind(stream);
@@ -36,11 +40,4 @@ void BlockCache::write(const Namesakes& units, std::size_t items,
     block = {items, {rendered, rendered_size}};
   }
   put(html, block.text);
-}
-
-void BlockCache::forget_all() {
-  blocks.clear();
-  bytes = 0;
-  generation = Declaration::generation();
-  separator = slash;
 }

@@ -27,10 +27,11 @@ class BlockCache {
   /// Writes a block.
   ///
   ///   units   the units of the name, all of which may show the block
-  ///   items   the number of entries in the block; it tells a block from an
-  ///           older one with fewer, for a name loses no entries in a run
-  ///   render  writes the block to a stream; called when it is not known yet,
-  ///           and always for a block of many items that few units show
+  ///   items   the number of entries in the block. A kept block with another
+  ///           number is out of date and is rendered again
+  ///   render  writes the block to a stream. It is called when no block is kept
+  ///           that is up to date. A block of more than 64 items for each unit
+  ///           is never kept
   void write(const Namesakes& units, std::size_t items, std::FILE* html,
              const Render& render);
 
@@ -39,8 +40,6 @@ class BlockCache {
     std::size_t items = 0;
     std::string text;
   };
-
-  void forget_all();
 
   std::unordered_map<const Declaration*, Block> blocks;  // by the first unit
   std::size_t bytes = 0;                                 // of all blocks

@@ -36,9 +36,10 @@ static void write_navigation(const Marker& kind, std::FILE* html) {
   end_menu(html);
 }
 
-// Deliberate: only the first definition of a name opens a bullet. A further one
-// adds its number to the bullet before it, even where that belongs to another
-// name, because the first definition is of another kind.
+// Deliberate: a name has a bullet only in the list that holds its first
+// definition. Every later one just writes its number. If the first is of
+// another kind, the number lands behind the bullet of another name, or before
+// the first.
 static void write_list_entry(const Declaration& declaration, int index,
                              std::FILE* html) {
   const auto address = address_of(declaration, index);

@@ -22,14 +22,6 @@ static std::string_view columns(const char* line, int start, int end) {
   return {line + start, static_cast<std::size_t>(end - start)};
 }
 
-static void write_definitions_pane(const Namesakes& units, std::FILE* html) {
-  begin_multiref(html, "Definitions:");
-  auto unit = units.first;
-  for (int index = 1; index <= units.count; ++index, ++unit)
-    multiref_item(html, *unit->second, index);
-  close_multiref(html);
-}
-
 // Marks a reference: one unit of its name is linked, several are listed in a
 // pane.
 static void write_reference(std::string_view word, int line_number,
@@ -43,9 +35,14 @@ static void write_reference(std::string_view word, int line_number,
   static BlockCache panes;
   open_multiref(html);
   put(html, word);
-  panes.write(
-      units, static_cast<std::size_t>(units.count), html,
-      [&units](std::FILE* pane) { write_definitions_pane(units, pane); });
+  const auto items = static_cast<std::size_t>(units.count);
+  panes.write(units, items, html, [&units](std::FILE* pane) {
+    begin_multiref(pane, "Definitions:");
+    auto unit = units.first;
+    for (int index = 1; index <= units.count; ++index, ++unit)
+      multiref_item(pane, *unit->second, index);
+    close_multiref(pane);
+  });
 }
 
 // The number of menu entries in one column, of n in all.

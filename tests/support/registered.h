@@ -3,15 +3,16 @@
 #ifndef ZELKOR_TESTS_SUPPORT_REGISTERED_H
 #define ZELKOR_TESTS_SUPPORT_REGISTERED_H
 
+#include <array>
 #include <string>
 #include <vector>
 
 #include "analysis/declaration.h"
 
 inline const char* kind_name(DecType type) {
-  const char* const names[] = {"module",   "program",   "subroutine",
-                               "function", "interface", "type"};
-  return names[static_cast<int>(type)];
+  const std::array<const char*, 6> names = {
+      "module", "program", "subroutine", "function", "interface", "type"};
+  return names.at(static_cast<std::size_t>(type));
 }
 
 /// The registry in its order, each unit as "KEY: kind name, file:line".
