@@ -178,6 +178,7 @@ TEST_F(MainWindow, ConsistsOfTheseWidgetsInThisOrder) {
     EXPECT_EQ(rows[i].look, look_of(*widgets[i]));
     EXPECT_TRUE(rows[i].field == nullptr || rows[i].field == widgets[i]);
   }
+  EXPECT_EQ(window.get(), ui.generate_button->parent());
 }
 
 TEST_F(MainWindow, FieldsStandInTheirOrder) {
