@@ -29,8 +29,11 @@ static bool is_enabled(int level) {
 }
 
 Syntax* isSyntax(const char* text) {
+  const char initial = to_upper(*text);
   for (Syntax* entry = Syntax::first; entry != nullptr; entry = entry->next)
-    if (is_enabled(entry->level) && entry->Is(text)) return entry;
+    if (to_upper(*entry->word) == initial && is_enabled(entry->level) &&
+        entry->Is(text))
+      return entry;
   return nullptr;
 }
 
