@@ -33,120 +33,62 @@ class SourceLinesTest : public ::testing::Test {
     return lines;
   }
 
-  static Texts raw(const std::string& content) { return read(content).raw; }
-
   TemporaryFolder folder;
   SettingsGuard guard;
 };
 
-TEST_F(SourceLinesTest, GivesEachLineWithItsLineEnd) {
-  EXPECT_EQ((Texts{"a\n", "\n", "b\r\n", "c\n"}), raw("a\n\nb\r\nc\n"));
-}
-
-TEST_F(SourceLinesTest, DoesNotGiveALastLineWithoutLineEnd) {
-  EXPECT_EQ((Texts{"a\n"}), raw("a\nb"));
-  EXPECT_EQ(Texts{}, raw("b"));
-}
-
-TEST_F(SourceLinesTest, OfAnEmptyFileGivesNothing) {
-  EXPECT_EQ(Texts{}, raw(""));
-}
+static const std::string piece(4095, 'x');
 
 // clang-format off
 static const struct {
-  std::size_t characters;
-  const char* line_end;
-  std::vector<std::size_t> lengths;   // of the lines given
-} physical_lines[] = {
-  { 1022,   "\n",   {1023} },
-  { 1023,   "\n",   {1024} },
-  { 1024,   "\n",   {1025} },
-  { 1022,   "",     {} },
-  { 1023,   "",     {} },
-  { 1024,   "",     {} },
-  { 4094,   "\n",   {4095} },
-  { 4094,   "",     {} },
-  { 4094,   "\r\n", {4095, 1} },
-  { 4095,   "\n",   {4095, 1} },
-  { 4095,   "",     {4095} },         // the end of the file is not seen yet
-  { 4096,   "\n",   {4095, 2} },
-  { 4096,   "",     {4095} },
-  { 8190,   "",     {4095, 4095} },
+  std::string content;
+  Texts lines;
+} sources[] = {
+  { "a\n\nb\r\nc\n",           {"a\n", "\n", "b\r\n", "c\n"} },
+  { "a\nb",                    {"a\n"} },   // no line end: not given
+  { "",                        {} },
+  { "ab\0cd\nc\n"s,            {"ab", "c\n"} },
+  { piece.substr(1) + "\n",    {piece.substr(1) + "\n"} },
+  { piece.substr(1),           {} },
+  { piece,                     {piece} },   // the end of the file is not seen
+  { piece + piece + "x\nb\n",  {piece, piece, "x\n", "b\n"} },
 };
 // clang-format on
 
-TEST_F(SourceLinesTest, ReadsLongLinesInPiecesOf4095Characters) {
-  for (const auto& c : physical_lines) {
-    const std::string content = std::string(c.characters, 'x') + c.line_end;
-    Texts expected;
-    std::size_t start = 0;
-    for (const std::size_t length : c.lengths) {
-      expected.push_back(content.substr(start, length));
-      start += length;
-    }
-    const Lines lines = read(content);
-    EXPECT_EQ(expected, lines.raw)
-        << c.characters << " characters, line end " << c.line_end;
-    EXPECT_EQ(expected, lines.scanned)
-        << c.characters << " characters, line end " << c.line_end;
+TEST_F(SourceLinesTest, AreThoseThatEndBeforeTheFileInPiecesOf4095Characters) {
+  for (const auto& c : sources) {
+    const Lines lines = read(c.content);
+    EXPECT_EQ(c.lines, lines.raw) << c.content;
+    EXPECT_EQ(c.lines, lines.scanned) << c.content;
   }
 }
 
-TEST_F(SourceLinesTest, ReadsALineOf100000CharactersAs25) {
-  const Texts lines = raw(std::string(100000, 'x') + "\nend\n");
-  ASSERT_EQ(26u, lines.size());  // 24 * 4095 and 1720
-  for (std::size_t i = 0; i < 24; ++i)
-    EXPECT_EQ(std::string(4095, 'x'), lines[i]) << i;
-  EXPECT_EQ(std::string(1720, 'x') + "\n", lines[24]);
-  EXPECT_EQ("end\n", lines[25]);
+static const Texts hideable = {"call \"a\" ! b\n", "x = \"y\n", "C c\n"};
+
+// clang-format off
+static const struct {
+  std::uint32_t style;
+  bool fixed_form;
+  Texts scanned;
+} rules[] = {
+  { 0xffffffffu & ~1u, false, hideable },
+  { 0xffffffffu & ~1u, true,  hideable },
+  { 1, false, {"call \" \"    \n", "x = \"  ",  "C c\n"} },
+  { 1, true,  {"            \n",   "x = \"y\n", "   \n"} },
+};
+// clang-format on
+
+TEST_F(SourceLinesTest, AreScannedWithoutStringsAndCommentsIfThoseAreHidden) {
+  for (const auto& c : rules) {
+    html_style = c.style;
+    const Lines lines =
+        read(hideable[0] + hideable[1] + hideable[2], c.fixed_form);
+    EXPECT_EQ(hideable, lines.raw) << c.style;
+    EXPECT_EQ(c.scanned, lines.scanned) << c.style;
+  }
 }
 
-TEST_F(SourceLinesTest, EndsALineAtANul) {
-  EXPECT_EQ((Texts{"", "b\n"}), raw("\0a\nb\n"s));
-  EXPECT_EQ((Texts{"ab", "c\n"}), raw("ab\0cd\nc\n"s));
-  EXPECT_EQ((Texts{"ab", "c\n"}), raw("ab\0\nc\n"s));
-}
-
-TEST_F(SourceLinesTest, KeepsEveryByteButNul) {
-  std::string line;
-  for (int b = 1; b < 256; ++b)
-    if (b != '\n') line += static_cast<char>(b);
-  line += '\n';
-  const Lines lines = read(line);
-  EXPECT_EQ(Texts{line}, lines.raw);
-  EXPECT_EQ(Texts{line}, lines.scanned);
-}
-
-static const char* const hideable = "call \"a\" ! b\nC c\n";
-
-TEST_F(SourceLinesTest, ScansLinesAsTheyAreUnlessStringsAndCommentsAreHidden) {
-  html_style = 0xffffffffu & ~1u;
-  for (const bool fixed_form : {false, true})
-    EXPECT_EQ((Texts{"call \"a\" ! b\n", "C c\n"}),
-              read(hideable, fixed_form).scanned);
-}
-
-TEST_F(SourceLinesTest, HidesStringsAndCommentsInTheScannedTextAlone) {
-  html_style = 1;
-  const Lines lines = read(hideable);
-  EXPECT_EQ((Texts{"call \"a\" ! b\n", "C c\n"}), lines.raw);
-  EXPECT_EQ((Texts{"call \" \"    \n", "C c\n"}), lines.scanned);
-}
-
-TEST_F(SourceLinesTest, HidesByTheFixedFormRuleWhenAskedTo) {
-  html_style = 1;
-  const Lines lines = read(hideable, true);
-  EXPECT_EQ((Texts{"call \"a\" ! b\n", "C c\n"}), lines.raw);
-  EXPECT_EQ((Texts{"            \n", "   \n"}), lines.scanned);
-}
-
-TEST_F(SourceLinesTest, HidesNothingAcrossLines) {
-  html_style = 1;
-  EXPECT_EQ((Texts{"x = \"     ", "call solve\n"}),
-            read("x = \"open\ncall solve\n").scanned);
-}
-
-TEST_F(SourceLinesTest, OfADirectoryGivesNothing) {
+TEST_F(SourceLinesTest, OfADirectoryAreNone) {
   SourceLines source(".", false);
   ASSERT_TRUE(source.is_open());
   EXPECT_FALSE(source.next());
