@@ -158,15 +158,6 @@ TEST_F(PiecesTest, GoOverManyBlocks) {
   }
 }
 
-TEST_F(PiecesTest, OfAFileThatFillsItsBlocksMeetItsEndLast) {
-  for (const std::size_t blocks : {1u, 2u}) {
-    std::string content(blocks * block, 'x');
-    expect_those_of_fgets(content);
-    content.back() = '\n';
-    expect_those_of_fgets(content);
-  }
-}
-
 // A NUL ends the pieces of all blocks alike, the first one included.
 TEST_F(PiecesTest, AreCutByNulsInAnyBlock) {
   std::string content;
@@ -177,16 +168,6 @@ TEST_F(PiecesTest, AreCutByNulsInAnyBlock) {
     expect_those_of_fgets(with_nul);
     if (HasFailure()) FAIL() << at;
   }
-}
-
-TEST_F(PiecesTest, StayUntilTheNextOne) {
-  write_file("a.f90", "one\ntwo\n");
-  Pieces pieces("a.f90", 4096);
-  std::string_view piece;
-  ASSERT_TRUE(pieces.next(piece));
-  EXPECT_STREQ("one\n", piece.data());
-  ASSERT_TRUE(pieces.next(piece));
-  EXPECT_STREQ("two\n", piece.data());
 }
 
 TEST_F(PiecesTest, OfAFileThatCannotBeOpenedAreNone) {
