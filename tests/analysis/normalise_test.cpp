@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-#include <memory>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,177 +16,111 @@ using namespace std::string_literals;
 
 using Texts = std::vector<std::string>;
 
-// The whole buffer after blanking, what stands beyond a NUL included.
-static std::string blanked(std::string line, bool fixed_form = false) {
-  hide_F90_strings_comments(line.data(), fixed_form);
-  return line;
-}
-
-static std::string fixed_form_blanked(const std::string& line) {
-  return blanked(line, true);
-}
-
 static std::string blanks(std::size_t count) { return std::string(count, ' '); }
 
-TEST(HideFreeForm, BlanksACommentUpToTheLineEnd) {
-  EXPECT_EQ("x = 1 " + blanks(7) + "\n", blanked("x = 1 ! set x\n"));
-  EXPECT_EQ("x = 1 " + blanks(7), blanked("x = 1 ! set x"));
-  EXPECT_EQ(blanks(5) + "\n", blanked("!a ! \n"));
-  EXPECT_EQ("x " + blanks(1) + "\n", blanked("x !\n"));
+static std::string every_byte_but(const std::string& exceptions) {
+  std::string bytes;
+  for (int b = 1; b < 256; ++b) bytes += static_cast<char>(b);
+  for (const char c : exceptions) bytes.erase(bytes.find(c), 1);
+  return bytes;
 }
 
-TEST(HideFreeForm, BlanksACarriageReturnInAComment) {
-  EXPECT_EQ("x " + blanks(4) + "\n", blanked("x ! y\r\n"));
-  EXPECT_EQ("x\r\n", blanked("x\r\n"));
-}
-
-TEST(HideFreeForm, ResumesAfterTheLineEndOfAComment) {
-  EXPECT_EQ("a " + blanks(3) + "\nb \"" + blanks(1) + "\"\n",
-            blanked("a ! \"\nb \"c\"\n"));
-}
-
-TEST(HideFreeForm, BlanksAStringAndKeepsItsQuotes) {
-  EXPECT_EQ("print *, \"" + blanks(3) + "\"\n", blanked("print *, \"a!b\"\n"));
-  EXPECT_EQ("f(\"\", \"" + blanks(1) + "\") x", blanked("f(\"\", \"a\") x"));
-}
-
-TEST(HideFreeForm, FindsACommentAfterAString) {
-  EXPECT_EQ("x = \"" + blanks(1) + "\" " + blanks(5) + "\n",
-            blanked("x = \"!\" ! \"a\"\n"));
-}
-
-TEST(HideFreeForm, DoesNotProtectApostropheStrings) {
-  EXPECT_EQ("print *, 'a" + blanks(3) + "\n", blanked("print *, 'a!b'\n"));
-  EXPECT_EQ("print *, 'solve'\n", blanked("print *, 'solve'\n"));
-  EXPECT_EQ("'\"" + blanks(2), blanked("'\"' "));
-}
-
-TEST(HideFreeForm, KeepsBothQuotesOfADoubledQuote) {
-  EXPECT_EQ("\"" + blanks(2) + "\"\"" + blanks(2) + "\" c",
-            blanked("\"a!\"\"b!\" c"));
-}
-
-TEST(HideFreeForm, BlanksAnUnclosedStringLineEndIncluded) {
-  EXPECT_EQ("x = \"" + blanks(6), blanked("x = \"abc!d\n"));
-  EXPECT_EQ("x = \"" + blanks(2), blanked("x = \"\r\n"));
-  EXPECT_EQ("\"", blanked("\""));
-}
-
-TEST(HideFreeForm, LeavesAnyOtherCharacter) {
+struct Blanking {
   std::string line;
-  for (int b = 1; b < 256; ++b)
-    if (b != '!' && b != '"') line += static_cast<char>(b);
-  EXPECT_EQ(line, blanked(line));
+  std::string blanked;  // the whole buffer, what stands beyond a NUL included
+};
+
+// clang-format off
+static const Blanking free_form[] = {
+  { "x = 1 ! set x\n",    "x = 1        \n" },
+  { "x = 1 ! set x",      "x = 1        " },
+  { "!a ! \n",            "     \n" },
+  { "x ! y\r\n",          "x     \n" },         // a "\r" of the comment, too
+  { "x\r\n",              "x\r\n" },
+  { "a ! \"\nb \"c\"\n",  "a    \nb \" \"\n" },  // resumes after a line end
+  { "print *, \"a!b\"\n", "print *, \"   \"\n" },
+  { "f(\"\", \"a\") x",   "f(\"\", \" \") x" },
+  { "x = \"!\" ! \"a\"",  "x = \" \"      " },
+  { "print *, 'a!b'\n",   "print *, 'a   \n" },  // apostrophes protect nothing
+  { "print *, 'solve'\n", "print *, 'solve'\n" },
+  { "'\"' ",              "'\"  " },
+  { "\"a!\"\"b!\" c",     "\"  \"\"  \" c" },    // a doubled quote
+  { "x = \"abc!d\n",      "x = \"      " },      // unclosed
+  { "x = \"\r\n",         "x = \"  " },
+  { "\"",                 "\"" },
+  { "a !\0 !c"s,          "a  \0 !c"s },         // nothing beyond a NUL
+  { "\"a\0b\""s,          "\" \0b\""s },
+  { "\0!C"s,              "\0!C"s },
+  { every_byte_but("!\""), every_byte_but("!\"") },
+  { "\"" + every_byte_but("\"") + "\"",   "\"" + blanks(254) + "\"" },
+  { "x!" + std::string(100000, 'x') + "\n", "x" + blanks(100001) + "\n" },
+};
+
+static const Blanking fixed_form[] = {
+  { "C comment\n",        "         \n" },
+  { "c comment\n",        "         \n" },
+  { "call solve",         "          " },
+  { "c\r\n",              "  \n" },
+  { "c\nc\n",             " \nc\n" },
+  { " ! set x\n",         " ! set x\n" },
+  { "! set x\n",          "! set x\n" },
+  { "* comment\n",        "* comment\n" },
+  { " c comment\n",       " c comment\n" },
+  { " f \"a!b\"\n",       " f \"a!b\"\n" },
+  { "x = \"abc\n",        "x = \"abc\n" },
+  { "\n",                 "\n" },
+  { "\0CC"s,              "\0CC"s },
+};
+// clang-format on
+
+TEST(Hide, BlanksCommentsAndStringsInFreeForm) {
+  for (Blanking c : free_form) {
+    hide_F90_strings_comments(c.line.data(), false);
+    EXPECT_EQ(c.blanked, c.line);
+  }
 }
 
-TEST(HideFreeForm, BlanksAnyCharacterOfAString) {
-  std::string text;
-  for (int b = 1; b < 256; ++b)
-    if (b != '"') text += static_cast<char>(b);
-  EXPECT_EQ("\"" + blanks(254) + "\"", blanked("\"" + text + "\""));
-}
-
-TEST(HideFreeForm, SeesNothingBeyondANul) {
-  EXPECT_EQ("a  \0 !c"s, blanked("a !\0 !c"s));
-  EXPECT_EQ("\" \0b\""s, blanked("\"a\0b\""s));
-  EXPECT_EQ("\0! a"s, blanked("\0! a"s));
-}
-
-TEST(HideFreeForm, KeepsTheLengthOfAVeryLongLine) {
-  const std::string x(100000, 'x');
-  EXPECT_EQ("x" + blanks(100001) + "\n", blanked("x!" + x + "\n"));
-  EXPECT_EQ("\"" + blanks(100000) + "\"\n", blanked("\"" + x + "\"\n"));
-}
-
-TEST(HideFixedForm, BlanksALineThatBeginsWithC) {
-  EXPECT_EQ(blanks(9) + "\n", fixed_form_blanked("C comment\n"));
-  EXPECT_EQ(blanks(9) + "\n", fixed_form_blanked("c comment\n"));
-  EXPECT_EQ(blanks(10), fixed_form_blanked("call solve"));
-  EXPECT_EQ(blanks(1), fixed_form_blanked("C"));
-  EXPECT_EQ(blanks(2) + "\n", fixed_form_blanked("c\r\n"));
-  EXPECT_EQ(blanks(1) + "\nc\n", fixed_form_blanked("c\nc\n"));
-}
-
-TEST(HideFixedForm, ChangesNothingElse) {
-  for (const char* line :
-       {" ! set x\n", "! set x\n", "* comment\n", " c comment\n",
-        "      print *, \"a!b\"\n", "x = \"abc\n", "\n", "d\n"})
-    EXPECT_EQ(line, fixed_form_blanked(line));
-}
-
-TEST(Hide, LeavesAnEmptyBufferAlone) {
-  EXPECT_EQ("\0!C"s, blanked("\0!C"s));
-  EXPECT_EQ("\0CC"s, fixed_form_blanked("\0CC"s));
+TEST(Hide, BlanksLinesThatBeginWithCInFixedFormAndNothingElse) {
+  for (Blanking c : fixed_form) {
+    hide_F90_strings_comments(c.line.data(), true);
+    EXPECT_EQ(c.blanked, c.line);
+  }
 }
 
 class NormaliseFile : public ::testing::Test {
  protected:
-  using Handle = std::unique_ptr<ramFILE>;
-
-  static Handle loaded(const std::string& content) {
+  // The lines of a file, its first one read already, after some operation.
+  static Texts after(const std::function<void(ramFILE*)>& operation,
+                     const std::string& content) {
     write_file("a.f90", content);
-    return Handle(ramFILE::New("a.f90"));
-  }
-
-  // The lines from the read position on.
-  static Texts rest_of(const Handle& file) {
+    ramFILE_imp file("a.f90");
+    char line[4096];
+    file.fgets(line, sizeof line);
+    operation(&file);
     Texts lines;
-    char line[4096];
-    while (!file->at_eof()) {
-      file->fgets(line, sizeof line);
-      lines.push_back(line);
-    }
+    while (file.fgets(line, sizeof line) > 0) lines.push_back(line);
+    EXPECT_EQ(lines, Texts(file.begin(), file.end()));
     return lines;
-  }
-
-  static Texts blanked_lines(const std::string& content,
-                             bool fixed_form = false) {
-    const Handle file = loaded(content);
-    hide_F90_strings_comments(file.get(), fixed_form);
-    return rest_of(file);
-  }
-
-  static Texts joined(const std::string& content) {
-    const Handle file = loaded(content);
-    merge_F90_continuations(file.get());
-    return rest_of(file);
-  }
-
-  static void read_one_line(const Handle& file) {
-    char line[4096];
-    EXPECT_NE(0, file->fgets(line, sizeof line));
   }
 
   TemporaryFolder folder;
 };
 
-TEST_F(NormaliseFile, HideBlanksEveryLine) {
-  EXPECT_EQ((Texts{"a " + blanks(3) + "\n", "\n", "\"" + blanks(1) + "\"\n",
-                   blanks(2)}),
-            blanked_lines("a ! b\n\n\"c\"\n!d"));
+static void hide_in_free_form(ramFILE* file) {
+  hide_F90_strings_comments(file, false);
 }
 
-TEST_F(NormaliseFile, HideHandlesEachLineByItself) {
-  EXPECT_EQ((Texts{"x = \"" + blanks(4), "call solve\n"}),
-            blanked_lines("x = \"abc\ncall solve\n"));
+static void hide_in_fixed_form(ramFILE* file) {
+  hide_F90_strings_comments(file, true);
 }
 
-TEST_F(NormaliseFile, HideTakesThePiecesOfALongLineForLines) {
-  const std::string x(1022, 'x');
+TEST_F(NormaliseFile, HideHandlesEachLineByItselfAndRewinds) {
+  EXPECT_EQ((Texts{"x = \"    ", "a    \n", "\n", "\" \"\n", "  "}),
+            after(hide_in_free_form, "x = \"abc\na ! b\n\n\"c\"\n!d"));
+  EXPECT_EQ((Texts{"      \n", " ! \"a\"\n"}),
+            after(hide_in_fixed_form, "C rule\n ! \"a\"\n"));
   EXPECT_EQ((Texts{blanks(1023), "solve\n"}),
-            blanked_lines("!" + x + "solve\n"));
-}
-
-TEST_F(NormaliseFile, HideHandsTheFixedFormRuleOn) {
-  EXPECT_EQ((Texts{blanks(6) + "\n", " ! \"a\"\n"}),
-            blanked_lines("C rule\n ! \"a\"\n", true));
-}
-
-TEST_F(NormaliseFile, HideLeavesTheFileRewound) {
-  const Handle file = loaded("one\ntwo\n");
-  read_one_line(file);
-  hide_F90_strings_comments(file.get(), false);
-  EXPECT_EQ((Texts{"one\n", "two\n"}), rest_of(file));
+            after(hide_in_free_form, "!" + std::string(1022, 'x') + "solve\n"));
 }
 
 TEST(NormaliseFileDeathTest, NullFilesAreIgnored) {
@@ -206,59 +140,35 @@ TEST_F(NormaliseFile, AFileWithoutLinesStaysWithout) {
   EXPECT_TRUE(file.at_eof());
 }
 
-TEST_F(NormaliseFile, JoinPutsTheStatementInTheSlotOfItsLastLine) {
-  EXPECT_EQ((Texts{"\n", "call f(a, b)\n", "end\n"}),
-            joined("call f(a, &\n       b)\nend\n"));
-}
+static const std::string long_text(1000, 'x');
 
-TEST_F(NormaliseFile, JoinKeepsTheLineEndOfTheLastLine) {
-  EXPECT_EQ((Texts{"\n", "call f(a, b)\r\n"}),
-            joined("call f(a, &\r\n       b)\r\n"));
-  EXPECT_EQ((Texts{"\n", "call f(a, b)"}), joined("call f(a, &\n  b)"));
-}
+// clang-format off
+static const struct {
+  std::string content;
+  Texts lines;
+} joined[] = {
+  { "call f(a, &\n       b)\nend\n",     {"\n", "call f(a, b)\n", "end\n"} },
+  { "call f(a, &\r\n       b)\r\n",      {"\n", "call f(a, b)\r\n"} },
+  { "call f(a, &\n  b)",                 {"\n", "call f(a, b)"} },
+  { "call f(a, &\n  b, &\n  c)\n",       {"\n", "\n", "call f(a, b, c)\n"} },
+  { "f(& \nb, & ! why\na & b\nc)\n",     {"f(& \n", "b, & ! why\n", "a & b\n",
+                                          "c)\n"} },
+  { "call sol&\n   &ve(a)\n",            {"\n", "call sol&ve(a)\n"} },
+  { "a &\n \t\v\f\r b\n",                {"\n", "a b\n"} },
+  { "a &\n\xa0" "b\n",                   {"\n", "a \xa0" "b\n"} },
+  { "a &\n\nb\n",                        {"\n", "a ", "b\n"} },  // white space
+  { "&\n  b\n",                          {"\n", "b\n"} },
+  { "a &\n",                             {"a &\n"} },
+  { "a\nb &",                            {"a\n", "b &"} },
+  { "a &\nb &\n",                        {"\n", "a b &\n"} },
+  { "a\n\n\r\nb",                        {"a\n", "\n", "\r\n", "b"} },
+  { long_text + "&\n" + long_text + "\n", {"\n", long_text + long_text + "\n"} },
+};
+// clang-format on
 
-TEST_F(NormaliseFile, JoinSpansThreeLines) {
-  EXPECT_EQ((Texts{"\n", "\n", "call f(a, b, c)\n"}),
-            joined("call f(a, &\n  b, &\n  c)\n"));
-}
-
-TEST_F(NormaliseFile, JoinNeedsTheAmpersandAtTheVeryEnd) {
-  const Texts lines = {"call f(a, & \n", "call g(b, & ! why\n", "a & b\n",
-                       "c)\n"};
-  EXPECT_EQ(lines, joined(lines[0] + lines[1] + lines[2] + lines[3]));
-}
-
-TEST_F(NormaliseFile, JoinKeepsALeadingAmpersand) {
-  EXPECT_EQ((Texts{"\n", "call sol&ve(a)\n"}),
-            joined("call sol&\n   &ve(a)\n"));
-}
-
-TEST_F(NormaliseFile, JoinDropsAllLeadingWhiteSpace) {
-  EXPECT_EQ((Texts{"\n", "a b\n"}), joined("a &\n \t\v\f\r b\n"));
-  EXPECT_EQ((Texts{"\n",
-                   "a \xa0"
-                   "b\n"}),
-            joined("a &\n\xa0"
-                   "b\n"));
-}
-
-// The line end of an empty line is white space too.
-TEST_F(NormaliseFile, JoinWithAnEmptyLineEndsWithoutLineEnd) {
-  EXPECT_EQ((Texts{"\n", "a ", "b\n"}), joined("a &\n\nb\n"));
-}
-
-TEST_F(NormaliseFile, JoinOfABareAmpersandLeavesTheNextLine) {
-  EXPECT_EQ((Texts{"\n", "b\n"}), joined("&\n  b\n"));
-}
-
-TEST_F(NormaliseFile, JoinNeverTakesTheLastLine) {
-  EXPECT_EQ((Texts{"a &\n"}), joined("a &\n"));
-  EXPECT_EQ((Texts{"a\n", "b &"}), joined("a\nb &"));
-  EXPECT_EQ((Texts{"\n", "a b &\n"}), joined("a &\nb &\n"));
-}
-
-TEST_F(NormaliseFile, JoinLeavesLinesThatDoNotContinue) {
-  EXPECT_EQ((Texts{"a\n", "\n", "\r\n", "b"}), joined("a\n\n\r\nb"));
+TEST_F(NormaliseFile, JoinPutsAStatementInTheSlotOfItsLastLine) {
+  for (const auto& c : joined)
+    EXPECT_EQ(c.lines, after(merge_F90_continuations, c.content)) << c.content;
 }
 
 TEST_F(NormaliseFile, JoinAcceptsALoneCarriageReturnAsLineEnd) {
@@ -269,27 +179,12 @@ TEST_F(NormaliseFile, JoinAcceptsALoneCarriageReturnAsLineEnd) {
   EXPECT_EQ((Texts{"\n", "a b\n"}), Texts(file.begin(), file.end()));
 }
 
-TEST_F(NormaliseFile, JoinMakesLinesLongerThanAStoredPiece) {
-  const std::string x(1000, 'x');
-  EXPECT_EQ((Texts{"\n", "\n", x + x + x + "\n"}),
-            joined(x + "&\n" + x + "&\n" + x + "\n"));
-}
-
-TEST_F(NormaliseFile, JoinLeavesTheFileRewound) {
-  const Handle file = loaded("a &\nb\nc\n");
-  read_one_line(file);
-  merge_F90_continuations(file.get());
-  EXPECT_EQ((Texts{"\n", "a b\n", "c\n"}), rest_of(file));
-}
-
 TEST(ConfigDosOrUnix, SetsTheSlashWhateverTheHint) {
   SettingsGuard guard;
-  for (const char* hint : {"", "dos", "unix", "\\", "C:\\src\\a.f90"}) {
+  const char* const hints[] = {"", "unix", "C:\\src\\a.f90", nullptr};
+  for (const char* hint : hints) {
     slash = '\\';
     config_dos_or_unix(hint);
-    EXPECT_EQ('/', slash) << hint;
+    EXPECT_EQ('/', slash);
   }
-  slash = '\\';
-  config_dos_or_unix(nullptr);
-  EXPECT_EQ('/', slash);
 }
