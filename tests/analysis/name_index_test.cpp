@@ -9,108 +9,100 @@
 #include "tests/support/registered.h"
 #include "tests/support/settings_guard.h"
 
+using namespace std::string_literals;
+
 namespace {
 
 using Texts = std::vector<std::string>;
 
+// The slots of the run's list that the tests name.
+enum Slot : std::size_t { a, b, a_again };
+
 class Names : public testing::Test {
  protected:
-  static Declaration* add(DecType type, const std::string& name, char** file,
-                          int line) {
-    return new Declaration(type, name.c_str(), file, line);
+  Declaration* add(const std::string& name, Slot slot, int line) {
+    return new Declaration(DT_TYPE, name.c_str(), files.slot(slot), line);
   }
 
   FileList files{{"a.f90", "b.f90", "a.f90"}};
   SettingsGuard guard;
 };
 
+struct Lookup {
+  std::string word;
+  Slot slot;
+  int line;
+  const char* first;  // of its units; null for the registry's end
+  int self;
+  int count;
+};
+
 // Lookups of several units named solve and one of each neighbour.
 class IsDeclaration : public Names {
  protected:
   void SetUp() override {
-    add(DT_MODULE, "solv", files.slot(0), 1);
-    add(DT_MODULE, "solve2", files.slot(0), 1);
-    add(DT_SUBROUTINE, "solve", files.slot(1), 5);
-    add(DT_SUBROUTINE, "Solve", files.slot(0), 5);
-    add(DT_SUBROUTINE, "SOLVE", files.slot(0), 9);
+    add("solv", a, 1);
+    add("solve2", a, 1);
+    add("solve", b, 5);
+    add("Solve", a, 5);
+    add("SOLVE", a, 9);
   }
 
-  struct Answer {
-    const char* first;  // null for the registry's end
-    int self;
-    int count;
-  };
-
-  static void expect(const Answer& answer, std::string word, char** file,
-                     int line) {
-    SCOPED_TRACE(word + " on line " + std::to_string(line) + " of " + *file);
-    int self = -1;
-    int count = -1;
-    const auto found = isDeclaration(word.data(), file, line, self, count);
-    EXPECT_EQ(answer.self, self);
-    EXPECT_EQ(answer.count, count);
-    if (answer.first == nullptr) {
-      EXPECT_TRUE(found == Declaration::decs.end());
-    } else {
-      ASSERT_TRUE(found != Declaration::decs.end());
-      EXPECT_STREQ(answer.first, found->second->name);
+  void expect(const std::vector<Lookup>& lookups) {
+    for (const Lookup& c : lookups) {
+      SCOPED_TRACE(c.word + " on line " + std::to_string(c.line));
+      int self = -1;
+      int count = -1;
+      const auto found = isDeclaration(c.word.c_str(), files.slot(c.slot),
+                                       c.line, self, count);
+      EXPECT_EQ(c.self, self);
+      EXPECT_EQ(c.count, count);
+      ASSERT_EQ(c.first == nullptr, found == Declaration::decs.end());
+      if (c.first == nullptr) continue;
+      EXPECT_STREQ(c.first, found->second->name);
     }
   }
 };
 
-TEST_F(IsDeclaration, FindsTheFirstOfAllNamesakes) {
-  expect({"solve", 0, 3}, "solve", files.slot(0), 1);
-  expect({"solv", 0, 1}, "solv", files.slot(0), 2);
-}
-
-TEST_F(IsDeclaration, IgnoresCaseAndLeavesTheWordAlone) {
-  expect({"solve", 0, 3}, "sOLVe", files.slot(0), 1);
-  char word[] = "sOLVe";
-  int self = 0;
-  int count = 0;
-  isDeclaration(word, files.slot(0), 1, self, count);
-  EXPECT_STREQ("sOLVe", word);
-}
-
-TEST_F(IsDeclaration, GivesTheEndForUnknownWords) {
-  for (const char* word :
+TEST_F(IsDeclaration, FindsTheFirstOfAllNamesakesAndTheIndexOfTheOneHere) {
+  expect({{"solve", a, 1, "solve", 0, 3},
+          {"sOLVe", a, 1, "solve", 0, 3},
+          {"solv", a, 2, "solv", 0, 1},
+          {"solve", b, 5, "solve", 1, 3},
+          {"solve", a, 5, "solve", 2, 3},
+          {"solve", a, 9, "solve", 3, 3},
+          {"solve", b, 9, "solve", 0, 3},
+          {"solve", a, 6, "solve", 0, 3},
+          {"solve", a_again, 5, "solve", 0, 3}});
+  for (const char* unknown :
        {"", "s", "sol", "solve1", "solve22", "zzz", "a", "solve.", "\xe9"})
-    expect({nullptr, 0, 0}, word, files.slot(0), 1);
+    expect({{unknown, a, 1, nullptr, 0, 0}});
 }
 
 TEST_F(IsDeclaration, GivesTheEndWhenNothingIsRegistered) {
   Declaration::forget_all();
-  expect({nullptr, 0, 0}, "solve", files.slot(0), 5);
-  expect({nullptr, 0, 0}, "", files.slot(0), 5);
-}
-
-TEST_F(IsDeclaration, TellsTheIndexOfTheUnitDeclaredOnThisLineOfThisFile) {
-  expect({"solve", 1, 3}, "solve", files.slot(1), 5);
-  expect({"solve", 2, 3}, "solve", files.slot(0), 5);
-  expect({"solve", 3, 3}, "solve", files.slot(0), 9);
-  expect({"solve", 0, 3}, "solve", files.slot(1), 9);
-  expect({"solve", 0, 3}, "solve", files.slot(0), 6);
+  expect({{"solve", a, 5, nullptr, 0, 0}, {"", a, 5, nullptr, 0, 0}});
 }
 
 TEST_F(IsDeclaration, KnowsFilesByTheirSlotsAlone) {
-  ASSERT_STREQ(*files.slot(0), *files.slot(2));
-  expect({"solve", 0, 3}, "solve", files.slot(2), 5);
-  add(DT_SUBROUTINE, "solve", files.slot(2), 5);
-  expect({"solve", 2, 4}, "solve", files.slot(0), 5);
-  expect({"solve", 4, 4}, "solve", files.slot(2), 5);
+  add("solve", a_again, 5);
+  expect(
+      {{"solve", a, 5, "solve", 2, 4}, {"solve", a_again, 5, "solve", 4, 4}});
 }
 
 TEST_F(IsDeclaration, TellsTheLastIndexOfUnitsDeclaredOnOneLine) {
-  add(DT_SUBROUTINE, "solve", files.slot(1), 5);
-  expect({"solve", 4, 4}, "solve", files.slot(1), 5);
+  add("solve", b, 5);
+  add("state", b, 5);
+  add("state", b, 5);
+  expect({{"solve", b, 5, "solve", 4, 4},
+          {"state", b, 5, "state", 2, 2},
+          {"solv", b, 5, "solv", 0, 1}});
 }
 
 TEST_F(IsDeclaration, FindsUnnamedUnitsUnderTheEmptyWord) {
-  add(DT_INTERFACE, "", files.slot(1), 3);
-  add(DT_INTERFACE, "", files.slot(1), 7);
-  expect({"", 0, 2}, "", files.slot(0), 3);
-  expect({"", 1, 2}, "", files.slot(1), 3);
-  expect({"", 2, 2}, "", files.slot(1), 7);
+  add("", b, 3);
+  add("", b, 7);
+  expect({{"", a, 3, "", 0, 2}, {"", b, 3, "", 1, 2}, {"", b, 7, "", 2, 2}});
 }
 
 // The bits of the first of ten characters fall on those of the last, one place
@@ -118,82 +110,50 @@ TEST_F(IsDeclaration, FindsUnnamedUnitsUnderTheEmptyWord) {
 const char* const one_hash[] = {"apply_rk_0", "cpply_rk_1", "epply_rk_2",
                                 "gpply_rk_3"};
 
-class NamesOfOneHash : public IsDeclaration {
- protected:
-  void SetUp() override {
-    for (const char* name : one_hash)
-      ASSERT_EQ(hash_of(one_hash[0]), hash_of(name));
-  }
-};
-
-TEST_F(NamesOfOneHash, AreCountedEachByItself) {
-  add(DT_TYPE, one_hash[1], files.slot(0), 1);
-  add(DT_TYPE, one_hash[0], files.slot(0), 2);
-  add(DT_TYPE, "CPPLY_rk_1", files.slot(0), 3);
-  add(DT_TYPE, one_hash[0], files.slot(1), 4);
-  add(DT_TYPE, one_hash[0], files.slot(1), 5);
-  add(DT_TYPE, one_hash[3], files.slot(1), 6);
-
-  expect({"cpply_rk_1", 0, 2}, "cpply_rk_1", files.slot(0), 2);
-  expect({"cpply_rk_1", 1, 2}, "cpply_rk_1", files.slot(0), 1);
-  expect({"cpply_rk_1", 2, 2}, "CPPLY_RK_1", files.slot(0), 3);
-  expect({"apply_rk_0", 0, 3}, "apply_rk_0", files.slot(0), 1);
-  expect({"apply_rk_0", 1, 3}, "Apply_RK_0", files.slot(0), 2);
-  expect({"apply_rk_0", 2, 3}, "apply_rk_0", files.slot(1), 4);
-  expect({"apply_rk_0", 3, 3}, "apply_rk_0", files.slot(1), 5);
-  expect({"gpply_rk_3", 1, 1}, "gpply_rk_3", files.slot(1), 6);
-  expect({nullptr, 0, 0}, "epply_rk_2", files.slot(1), 6);
+TEST_F(IsDeclaration, CountsNamesOfOneHashEachByItself) {
+  for (const char* name : one_hash)
+    ASSERT_EQ(hash_of(one_hash[0]), hash_of(name));
+  add(one_hash[1], a, 1);
+  add(one_hash[0], a, 2);
+  add("CPPLY_rk_1", a, 3);
+  add(one_hash[0], b, 4);
+  add(one_hash[0], b, 5);
+  add(one_hash[3], b, 6);
+  expect({{"cpply_rk_1", a, 2, "cpply_rk_1", 0, 2},
+          {"cpply_rk_1", a, 1, "cpply_rk_1", 1, 2},
+          {"CPPLY_RK_1", a, 3, "cpply_rk_1", 2, 2},
+          {"apply_rk_0", a, 1, "apply_rk_0", 0, 3},
+          {"Apply_RK_0", a, 2, "apply_rk_0", 1, 3},
+          {"apply_rk_0", b, 4, "apply_rk_0", 2, 3},
+          {"apply_rk_0", b, 5, "apply_rk_0", 3, 3},
+          {"gpply_rk_3", b, 6, "gpply_rk_3", 1, 1},
+          {"epply_rk_2", b, 6, nullptr, 0, 0}});
 }
 
-TEST_F(NamesOfOneHash, AreFoundWhicheverCameFirst) {
-  for (const char* first : one_hash) {
-    Declaration::forget_all();
-    add(DT_TYPE, first, files.slot(0), 1);
-    for (const char* name : one_hash)
-      if (name != first) add(DT_TYPE, name, files.slot(0), 2);
-    for (const char* name : one_hash)
-      expect({name, name == first ? 1 : 0, 1}, name, files.slot(0), 1);
-  }
-}
-
-TEST_F(Names, AreComparedWhole) {
+TEST_F(IsDeclaration, ComparesNamesWhole) {
   const std::string known(255, 'n');
-  const std::string names[] = {known, known + "a", known + "ab", "", "\1"};
-  for (const std::string& name : names) {
-    int self = 0;
-    int count = 0;
-    isDeclaration(name.c_str(), files.slot(0), 1, self, count);
-    EXPECT_EQ(0, count) << name;
-    add(DT_TYPE, name, files.slot(0), 1);
-    isDeclaration(name.c_str(), files.slot(0), 1, self, count);
-    EXPECT_EQ(1, count) << name;
+  for (const std::string& name :
+       {known, known + "a", known + "ab", ""s, "\1"s}) {
+    expect({{name, a, 2, nullptr, 0, 0}});
+    add(name, a, 1);
+    expect({{name, a, 2, name.c_str(), 0, 1}});
   }
 }
 
-TEST_F(Names, FilledAnewKnowsNothingOfEarlierRuns) {
+TEST_F(IsDeclaration, KnowsNothingOfEarlierRuns) {
   for (int round = 0; round < 3; ++round) {
-    const std::string number = std::to_string(round);
-    for (int line = 1; line <= 200; ++line)
-      add(DT_TYPE, "s" + number + "_" + std::to_string(line % 100),
-          files.slot(1), line);
-    for (const int other : {0, 1, 2})
-      for (int line = 1; line <= 200; ++line) {
-        const std::string name =
-            "S" + std::to_string(other) + "_" + std::to_string(line % 100);
-        int self = -1;
-        int count = -1;
-        const auto found =
-            isDeclaration(name.c_str(), files.slot(1), line, self, count);
-        const bool now = other == round;
-        EXPECT_EQ(now ? 2 : 0, count) << name;
-        EXPECT_EQ(!now          ? 0
-                  : line <= 100 ? 1
-                                : 2,
-                  self)
-            << name << " on line " << line;
-        EXPECT_EQ(now, found != Declaration::decs.end()) << name;
-      }
     Declaration::forget_all();
+    for (int line = 1; line <= 200; ++line)
+      add("s" + std::to_string(round) + "_" + std::to_string(line % 100), b,
+          line);
+    for (int line = 1; line <= 200; ++line) {
+      const std::string number = "_" + std::to_string(line % 100);
+      const std::string known = "s" + std::to_string(round) + number;
+      const std::string unknown =
+          "s" + std::to_string((round + 2) % 3) + number;
+      expect({{known, b, line, known.c_str(), line <= 100 ? 1 : 2, 2},
+              {unknown, b, line, nullptr, 0, 0}});
+    }
   }
 }
 
@@ -201,188 +161,148 @@ TEST_F(Names, FilledAnewKnowsNothingOfEarlierRuns) {
 TEST_F(IsDeclaration, SeesWhatOthersDoToTheRegistry) {
   Declaration::Registry taken_out;
   taken_out.swap(Declaration::decs);
-  expect({nullptr, 0, 0}, "solve", files.slot(0), 5);
+  expect({{"solve", a, 5, nullptr, 0, 0}});
   taken_out.swap(Declaration::decs);
-  expect({"solve", 2, 3}, "solve", files.slot(0), 5);
+  expect({{"solve", a, 5, "solve", 2, 3}});
 
   Declaration::Registry solvers;
   solvers.insert(Declaration::decs.extract("SOLVE"));
-  expect({"Solve", 1, 2}, "solve", files.slot(0), 5);
+  expect({{"solve", a, 5, "Solve", 1, 2}});
   Declaration::decs.merge(solvers);
-  expect({"Solve", 1, 3}, "solve", files.slot(0), 5);
-  expect({"Solve", 3, 3}, "solve", files.slot(1), 5);
+  expect({{"solve", a, 5, "Solve", 1, 3}, {"solve", b, 5, "Solve", 3, 3}});
 }
 
 TEST_F(IsDeclaration, SeesUnitsBuiltOnceOthersHaveEmptiedTheRegistry) {
   const Declaration::Registry before = Declaration::decs;
   Declaration::decs.clear();
-  add(DT_TYPE, "SOLVE", files.slot(2), 4);
-  expect({"SOLVE", 1, 1}, "solve", files.slot(2), 4);
-  expect({nullptr, 0, 0}, "solv", files.slot(0), 1);
+  add("SOLVE", a_again, 4);
+  expect({{"solve", a_again, 4, "SOLVE", 1, 1}, {"solv", a, 1, nullptr, 0, 0}});
   Declaration::decs.insert(before.begin(), before.end());
-  expect({"SOLVE", 3, 4}, "solve", files.slot(0), 5);
+  expect({{"solve", a, 5, "SOLVE", 3, 4}});
 }
 
 TEST_F(IsDeclaration, SeesARegistryOfTheSizeThatItHadBefore) {
-  expect({"solve", 0, 3}, "solve", files.slot(2), 4);
+  expect({{"solve", a_again, 4, "solve", 0, 3}});
   Declaration* const solv = Declaration::decs.begin()->second;
   Declaration::decs.erase(Declaration::decs.begin());
-  add(DT_TYPE, "Solver", files.slot(2), 4);
-  expect({nullptr, 0, 0}, "solv", files.slot(0), 1);
-  expect({"Solver", 1, 1}, "solver", files.slot(2), 4);
+  add("Solver", a_again, 4);
+  expect(
+      {{"solv", a, 1, nullptr, 0, 0}, {"solver", a_again, 4, "Solver", 1, 1}});
   Declaration::decs.emplace("SOLV", solv);
 
-  const std::size_t size = Declaration::decs.size();
+  const auto size = static_cast<int>(Declaration::decs.size());
   Declaration::forget_all();
-  for (std::size_t i = 0; i < size; ++i)
-    add(DT_TYPE, "other", files.slot(0), 1);
-  expect({nullptr, 0, 0}, "solve", files.slot(0), 1);
-  expect({"other", 0, static_cast<int>(size)}, "other", files.slot(0), 2);
+  for (int i = 0; i < size; ++i) add("other", a, 1);
+  expect({{"solve", a, 1, nullptr, 0, 0}, {"other", a, 2, "other", 0, size}});
 }
 
-TEST_F(IsDeclaration, TellsNamesOfOneLineApart) {
-  add(DT_TYPE, "state", files.slot(1), 5);
-  add(DT_TYPE, "state", files.slot(1), 5);
-  expect({"state", 2, 2}, "state", files.slot(1), 5);
-  expect({"solve", 1, 3}, "solve", files.slot(1), 5);
-  expect({"solv", 0, 1}, "solv", files.slot(1), 5);
-}
-
+// References, each from the line of a.f90 that is its number.
 class CallersOfNamesakes : public Names {
  protected:
   // As the call pass does with a name that it finds.
-  void refer_to_solve(const Calling& from) {
+  void refer_to_solve(int line, Slot slot = a) {
     const Meaning meaning = NameIndex::current().look_up(
-        "solve", hash_of("solve"), from.file, from.line);
-    add_calling(*meaning.units, from);
+        "solve", hash_of("solve"), files.slot(slot), line);
+    add_calling(*meaning.units, {files.slot(slot), line});
   }
 
   // A unit of that name, in a file that refers to nothing.
-  Declaration* add_solve() {
-    return add(DT_TYPE, "solve", files.slot(1), next_line++);
+  Declaration* add_solve() { return add("solve", b, next_line++); }
+
+  // The referring lines of each unit.
+  static Texts lines_of(const std::vector<const Declaration*>& units) {
+    Texts lines;
+    for (const Declaration* unit : units) {
+      lines.emplace_back();
+      for (const Calling& calling : unit->callers)
+        lines.back() += std::to_string(calling.line) + ' ';
+    }
+    return lines;
   }
 
-  static bool share_records(const Declaration* a, const Declaration* b) {
-    return &*a->callers.begin() == &*b->callers.begin();
+  static bool share_records(const Declaration* one, const Declaration* other) {
+    return &*one->callers.begin() == &*other->callers.begin();
   }
 
-  const Calling a1{files.slot(0), 1};
-  const Calling a2{files.slot(0), 2};
-  const Calling a3{files.slot(0), 3};
   int next_line = 1;
   Declaration* const first = add_solve();
   Declaration* const second = add_solve();
   Declaration* const third = add_solve();
 };
 
-TEST_F(CallersOfNamesakes, AreTheSame) {
-  refer_to_solve(a2);
-  refer_to_solve(a1);
-  refer_to_solve(a2);
-  for (const Declaration* unit : {first, second, third})
-    EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(unit->callers));
-}
-
 TEST_F(CallersOfNamesakes, DifferByWhatIsAddedToOneAlone) {
-  refer_to_solve(a1);
-  second->add_calling(a2.file, a2.line);
-  EXPECT_EQ(Texts{"a.f90:1"}, places(first->callers));
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(second->callers));
-  EXPECT_EQ(Texts{"a.f90:1"}, places(third->callers));
-
-  refer_to_solve(a3);
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:3"}), places(first->callers));
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2", "a.f90:3"}), places(second->callers));
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:3"}), places(third->callers));
+  refer_to_solve(1);
+  second->add_calling(files.slot(a), 2);
+  EXPECT_EQ((Texts{"1 ", "1 2 ", "1 "}), lines_of({first, second, third}));
+  refer_to_solve(3);
+  EXPECT_EQ((Texts{"1 3 ", "1 2 3 ", "1 3 "}),
+            lines_of({first, second, third}));
 }
 
 TEST_F(CallersOfNamesakes, DifferByWhatOneHadBefore) {
-  third->add_calling(a2.file, a2.line);
-  refer_to_solve(a1);
-  EXPECT_EQ(Texts{"a.f90:1"}, places(first->callers));
-  EXPECT_EQ(Texts{"a.f90:1"}, places(second->callers));
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(third->callers));
+  third->add_calling(files.slot(a), 2);
+  refer_to_solve(1);
+  EXPECT_EQ((Texts{"1 ", "1 ", "1 2 "}), lines_of({first, second, third}));
 }
 
 TEST_F(CallersOfNamesakes, DifferByWhatCameBeforeAUnit) {
-  refer_to_solve(a1);
+  refer_to_solve(1);
   const Declaration* const fourth = add_solve();
-  refer_to_solve(a2);
-  for (const Declaration* unit : {first, second, third})
-    EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(unit->callers));
-  EXPECT_EQ(Texts{"a.f90:2"}, places(fourth->callers));
+  refer_to_solve(2);
+  EXPECT_EQ((Texts{"1 2 ", "1 2 ", "1 2 ", "2 "}),
+            lines_of({first, second, third, fourth}));
 }
 
 TEST_F(CallersOfNamesakes, DifferByWhatCameWhileAUnitWasTakenOut) {
-  refer_to_solve(a1);
+  refer_to_solve(1);
   Declaration::decs.erase(Declaration::decs.begin());
   const Declaration* const fourth = add_solve();
-  refer_to_solve(a2);
-  EXPECT_EQ(Texts{"a.f90:1"}, places(first->callers));
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(second->callers));
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(third->callers));
-  EXPECT_EQ(Texts{"a.f90:2"}, places(fourth->callers));
+  refer_to_solve(2);
+  EXPECT_EQ((Texts{"1 ", "1 2 ", "1 2 ", "2 "}),
+            lines_of({first, second, third, fourth}));
 
   Declaration::decs.emplace("SOLVE", first);
-  refer_to_solve(a3);
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:3"}), places(first->callers));
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2", "a.f90:3"}), places(second->callers));
-  EXPECT_EQ((Texts{"a.f90:1", "a.f90:2", "a.f90:3"}), places(third->callers));
-  EXPECT_EQ((Texts{"a.f90:2", "a.f90:3"}), places(fourth->callers));
-}
-
-TEST_F(CallersOfNamesakes, AreNoneInTheNextRun) {
-  refer_to_solve(a1);
-  Declaration::forget_all();
-  const Declaration* const units[] = {add_solve(), add_solve()};
-  for (const Declaration* unit : units)
-    EXPECT_EQ(Texts{}, places(unit->callers));
-  refer_to_solve(a2);
-  for (const Declaration* unit : units)
-    EXPECT_EQ(Texts{"a.f90:2"}, places(unit->callers));
+  refer_to_solve(3);
+  EXPECT_EQ((Texts{"1 3 ", "1 2 3 ", "1 2 3 ", "2 3 "}),
+            lines_of({first, second, third, fourth}));
 }
 
 TEST_F(CallersOfNamesakes, AreKeptByAUnitThatIsTakenOutWhenTheRunIsForgotten) {
   static const Declaration* const taken_out = first;
-  refer_to_solve(a1);
+  refer_to_solve(1);
   Declaration::decs.erase(Declaration::decs.begin());
   Declaration::forget_all();
   add_solve();
   add_solve();
-  refer_to_solve(a2);
-  EXPECT_EQ(Texts{"a.f90:1"}, places(taken_out->callers));
+  refer_to_solve(2);
+  EXPECT_EQ(Texts{"1 "}, lines_of({taken_out}));
 }
 
 TEST_F(CallersOfNamesakes, StayAsTheyCameFirstWhenAnotherSlotHasThePath) {
-  refer_to_solve(a1);
-  refer_to_solve({files.slot(2), 1});
-  for (const Declaration* unit : {first, second, third}) {
-    EXPECT_EQ(1u, unit->callers.size());
-    EXPECT_EQ(files.slot(0), unit->callers.begin()->file);
-  }
+  refer_to_solve(1);
+  refer_to_solve(1, a_again);
+  EXPECT_EQ((Texts{"1 ", "1 ", "1 "}), lines_of({first, second, third}));
+  EXPECT_EQ(files.slot(a), third->callers.begin()->file);
 }
 
 // Modern trees register the name PUBLIC in each of hundreds of modules, and
 // refer to it in thousands of places.
-TEST_F(CallersOfNamesakes, AreKeptOnce) {
-  refer_to_solve(a1);
-  refer_to_solve(a2);
+TEST_F(CallersOfNamesakes, AreKeptOnceInEveryRun) {
+  for (const int line : {2, 1, 2}) refer_to_solve(line);
+  EXPECT_EQ((Texts{"1 2 ", "1 2 ", "1 2 "}), lines_of({first, second, third}));
   EXPECT_TRUE(share_records(first, second));
   EXPECT_TRUE(share_records(first, third));
-}
-
-TEST_F(CallersOfNamesakes, AreKeptOnceInEveryRun) {
-  Declaration::decs.erase(Declaration::decs.begin());
-  refer_to_solve(a1);
-  Declaration::decs.emplace("SOLVE", first);
-  refer_to_solve(a1);
+  second->add_calling(files.slot(a), 4);
   EXPECT_FALSE(share_records(first, second));
 
   Declaration::forget_all();
-  add(DT_TYPE, "a", files.slot(1), 10);
-  const Declaration* const units[] = {add_solve(), add_solve()};
-  refer_to_solve(a1);
-  EXPECT_TRUE(share_records(units[0], units[1]));
+  add("a", b, 10);
+  const Declaration* const fourth = add_solve();
+  const Declaration* const fifth = add_solve();
+  EXPECT_EQ((Texts{"", ""}), lines_of({fourth, fifth}));
+  refer_to_solve(3);
+  EXPECT_EQ((Texts{"3 ", "3 "}), lines_of({fourth, fifth}));
+  EXPECT_TRUE(share_records(fourth, fifth));
 }
 
 }  // namespace
