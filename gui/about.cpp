@@ -12,20 +12,27 @@
 #include "driver/ascii.h"
 #include "gui/dialog.h"
 
+// FLTK 1.4 takes a text of several lines to be as wide as the widest of them.
+// So what stands before `line` and what follows are measured apart.
 int est_num_lines(const char* text, int width) {
   int count = 0;
   int line_begin = 0;    // where the current line began, in pixels
   int previous_end = 0;  // where the previous word ended, in pixels
-  for (int i = 0;; ++i) {
-    const bool at_end = text[i] == '\0';
-    if (!at_end && !is_white_space(text[i])) continue;
-    const int end = static_cast<int>(fl_width(text, i));
-    if (text[i] == '\n' || end - line_begin > width) {
+  double before = 0;
+  for (const char *at = text, *line = text;; ++at) {
+    if (*at != '\0' && !is_white_space(*at)) continue;
+    const auto length = static_cast<int>(at - line);
+    const int end = static_cast<int>(before + fl_width(line, length));
+    if (*at == '\n' || end - line_begin > width) {
       line_begin = line_begin < previous_end ? previous_end : end;
       ++count;
     }
-    if (at_end) return count;
+    if (*at == '\0') return count;
     previous_end = end;
+    if (*at == '\n') {
+      before += fl_width(line, length + 1);
+      line = at + 1;
+    }
   }
 }
 

@@ -28,8 +28,14 @@ const int font_size = 12;
 // --- Counting lines ---
 
 // The width in pixels up to a character.
-int width_to(const std::string& text, int i) {
-  return static_cast<int>(fl_width(text.c_str(), i));
+int width_to(const std::string& text, std::size_t end) {
+  double width = 0;
+  for (std::size_t begin = 0; begin < end;) {
+    const std::size_t line_end = std::min(text.find('\n', begin), end - 1) + 1;
+    width += fl_width(&text[begin], static_cast<int>(line_end - begin));
+    begin = line_end;
+  }
+  return static_cast<int>(width);
 }
 
 // Deliberate: also at a line end the line is taken to end before its last word,
@@ -38,7 +44,7 @@ TEST(EstNumLines, CountsLineEndsAndWhereWordsAreTooWide) {
   const int far = -1000;  // so much wider that nothing has to be broken
   const struct {
     std::string text;
-    int from, to;  // the box is as wide as these characters
+    std::size_t from, to;  // the box is as wide as these characters
     int narrower;  // less so many pixels
     int count;
   } rows[] = {
@@ -74,6 +80,7 @@ TEST(EstNumLines, CountsLineEndsAndWhereWordsAreTooWide) {
       {"aa\ncc", 2, 5, 0, 1},
       {"aaaa bb\n", 0, 7, 1, 1},
       {"aaaa bb\ncc", 0, 7, 1, 1},
+      {"a\naa bb cc", 2, 10, 1, 2},
       // All white space ends words, and nothing else.
       {"aaa\tbbb cccc", 0, 7, 1, 2},
       {"aaa\vbbb cccc", 0, 7, 1, 2},
