@@ -66,6 +66,12 @@ TEST_F(CallersTest, TakeNoMemoryForRepeats) {
   EXPECT_EQ(3u, first.size());
 }
 
+// Sorting them for each one would take minutes.
+TEST_F(CallersTest, ComeInAnyNumberInTheReverseOrder) {
+  for (int line = 20000; line > 0; --line) first.insert({files.slot(0), line});
+  EXPECT_EQ(20000u, first.size());
+}
+
 TEST_F(CallersTest, AreWalkedWithoutThePathsOnceSorted) {
   std::string paths[] = {"b.f90", "a.f90"};
   char* slots[] = {paths[0].data(), paths[1].data()};
