@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <cstring>
+
 /// A place that refers to a unit: a line of a file, which is known by the
 /// address of its slot in the run's list. The slot must outlive the record.
 struct Calling {
@@ -11,4 +13,7 @@ struct Calling {
 
 /// The order of references: by file name, byte by byte, then by line. Records
 /// with equal names and lines are the same, even from different slots.
-bool operator<(const Calling& a, const Calling& b);
+inline bool operator<(const Calling& a, const Calling& b) {
+  const int names = a.file == b.file ? 0 : std::strcmp(*a.file, *b.file);
+  return names != 0 ? names < 0 : a.line < b.line;
+}

@@ -102,8 +102,8 @@ int NameIndex::declared(const Entry& entry, char** file, int line) const {
 
 Unit isDeclaration(const char* word, char** file, int line, int& self,
                    int& count) {
-  const Meaning meaning =
-      NameIndex::current().look_up(word, hash_of(word), file, line);
+  const Word name{0, 0, word, hash_of(word)};
+  const Meaning meaning = NameIndex::current().look_up(name, file, line);
   self = meaning.declared;
   count = meaning.units == nullptr ? 0 : meaning.units->count;
   return meaning.units == nullptr ? Declaration::decs.end()

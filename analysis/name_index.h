@@ -44,14 +44,10 @@ class NameIndex {
   ///
   ///   file, line  where it stands
   Meaning look_up(const Word& word, char** file, int line) const {
-    return look_up(word.name, word.hash, file, line);
-  }
-  Meaning look_up(std::string_view name, NameHash hash, char** file,
-                  int line) const {
-    for (std::size_t i = place(hash); slots[i].name != 0; i = next(i))
-      if (slots[i].tag == tag(hash)) {
+    for (auto i = place(word.hash); slots[i].name != 0; i = next(i))
+      if (slots[i].tag == tag(word.hash)) {
         const Entry& entry = entries[slots[i].name - 1];
-        if (is_named(entry, name))
+        if (is_named(entry, word.name))
           return {&entry.units, declared(entry, file, line)};
       }
     return {};

@@ -201,8 +201,9 @@ class CallersOfNamesakes : public Names {
  protected:
   // As the call pass does with a name that it finds.
   void refer_to_solve(int line, Slot slot = a) {
-    const Meaning meaning = NameIndex::current().look_up(
-        "solve", hash_of("solve"), files.slot(slot), line);
+    const Word solve{0, 0, "solve", hash_of("solve")};
+    const Meaning meaning =
+        NameIndex::current().look_up(solve, files.slot(slot), line);
     add_calling(*meaning.units, {files.slot(slot), line});
   }
 

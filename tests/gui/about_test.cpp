@@ -45,7 +45,7 @@ TEST(EstNumLines, CountsLineEndsAndWhereWordsAreTooWide) {
   const struct {
     std::string text;
     std::size_t from, to;  // the box is as wide as these characters
-    int narrower;  // less so many pixels
+    int narrower;          // less so many pixels
     int count;
   } rows[] = {
       // The last line counts only with a line end.
