@@ -120,7 +120,7 @@ TEST_F(PiecesTest, AreThoseOfFgets) {
 
 TEST_F(PiecesTest, KeepEveryByteButNul) {
   std::string content;
-  for (int b = 1; b < 256; ++b)
+  for (int b = 255; b > 0; --b)
     if (b != '\n') content += static_cast<char>(b);
   EXPECT_EQ((List{{content + "\n", false}}), pieces_of(content + "\n", 1024));
 }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analysis/declaration.h"
+#include "analysis/keywords.h"
 #include "tests/support/file_list.h"
 #include "tests/support/settings_guard.h"
 
@@ -116,7 +117,7 @@ TEST(NextWord, CopiesTheNextWordAndTellsItsColumns) {
     char word[word_size] = "left over";
     int start = c.from;
     int end = -1;
-    EXPECT_EQ(c.word != "", NextWord(c.line.c_str(), word, start, end));
+    EXPECT_EQ(!c.word.empty(), NextWord(c.line.c_str(), word, start, end));
     EXPECT_EQ(c.word, word);
     EXPECT_EQ(c.start, start) << c.line;
     EXPECT_EQ(c.end, end) << c.line;
@@ -234,12 +235,15 @@ TEST(Match, FindsAKeywordAtTheStartOfAStatement) {
   }
 }
 
-TEST(StartsWithWord, TakesWholeWordsAtTheVeryStart) {
+TEST(StartsWithWord, TakesWholeWordsAtTheVeryStartAsUnitsAndHighlightsDo) {
   SettingsGuard guard;
   for (const auto& c : word_starts) {
     SCOPED_TRACE("\""s + c.word + "\" in \"" + c.text + "\"");
     EXPECT_EQ(c.holds, starts_with_word(c.text, c.word));
     EXPECT_EQ(c.holds,
               (new Declaration(DT_TYPE, c.word, nullptr, 1))->Is(c.text));
+    const Syntax entry(1, c.word);
+    Syntax::first = entry.next;
+    EXPECT_EQ(c.holds, entry.Is(c.text));
   }
 }
