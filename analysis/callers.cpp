@@ -33,12 +33,12 @@ const std::vector<Calling>& Callers::sorted() const {
   return records->list;
 }
 
-void Callers::insert(const Calling& calling) {
-  if (records == nullptr)
-    start_anew();
-  else if (records.use_count() > 1)
-    records = std::make_shared<Records>(*records);
+bool Callers::insert(const Calling& calling) {
+  const bool was_shared = records.use_count() > 1;
+  if (records == nullptr) start_anew();
+  if (was_shared) records = std::make_shared<Records>(*records);
   records->add(calling);
+  return was_shared;
 }
 
 void Callers::insert_in_all(const Calling& calling) { records->add(calling); }

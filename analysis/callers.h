@@ -28,8 +28,9 @@ class Callers {
   std::size_t size() const { return sorted().size(); }
   bool empty() const { return size() == 0; }
 
-  /// Adds a reference to this set alone.
-  void insert(const Calling& calling);
+  /// Adds a reference to this set alone. Returns whether the set held the same
+  /// records as others until now.
+  bool insert(const Calling& calling);
 
   /// Adds a reference to this set and to all that hold the same records.
   void insert_in_all(const Calling& calling);

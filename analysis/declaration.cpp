@@ -49,8 +49,6 @@ bool Declaration::Is(const char* text) const {
   return starts_with_word(text, name);
 }
 
-// Namesakes that held the same references do so no longer.
 void Declaration::add_calling(char** source, int source_line) {
-  callers.insert({source, source_line});
-  ++changes;
+  if (callers.insert({source, source_line})) ++changes;
 }

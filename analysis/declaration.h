@@ -23,9 +23,9 @@ class Declaration {
   /// after this.
   static void forget_all();
 
-  /// A number that changes whenever a unit is built, add_calling() is called or
-  /// forget_all() is called. What was worked out from the registry stays valid
-  /// as long as this number and the registry's size are unchanged.
+  /// A number that changes whenever a unit is built, the registry is emptied by
+  /// forget_all(), or units of a name cease to share their references. Units
+  /// that others erase or insert do not change it.
   static unsigned generation();
 
   /// Registers a unit.
@@ -50,7 +50,7 @@ class Declaration {
   char** file;  ///< not owned
   char* name;   ///< owned
   int line;
-  Callers callers;
+  Callers callers;  ///< added to by the operations above alone
 
  private:
   ~Declaration();  // by forget_all() alone

@@ -103,9 +103,8 @@ int NameIndex::declared(const Entry& entry, char** file, int line) const {
 Unit isDeclaration(const char* word, char** file, int line, int& self,
                    int& count) {
   const Word name{0, 0, word, hash_of(word)};
-  const Meaning meaning = NameIndex::current().look_up(name, file, line);
-  self = meaning.declared;
-  count = meaning.units == nullptr ? 0 : meaning.units->count;
-  return meaning.units == nullptr ? Declaration::decs.end()
-                                  : meaning.units->first;
+  const auto [units, declared] = NameIndex::current().look_up(name, file, line);
+  self = declared;
+  count = units == nullptr ? 0 : units->count;
+  return units == nullptr ? Declaration::decs.end() : units->first;
 }

@@ -35,9 +35,9 @@ class NameIndex {
  public:
   /// The index of the registry as it is now. It is built anew when the registry
   /// has changed since the last call; then an index handed out before, and what
-  /// it gave, must not be used any more. A caller may erase units of `decs` and
-  /// insert them again under their names. generation() does not show that, so
-  /// the size of the registry is compared, too.
+  /// it gave, must not be used any more. Others may erase units of `decs` and
+  /// insert them again under their names, with a call between the two: the size
+  /// of the registry shows it.
   static const NameIndex& current();
 
   /// Decides what a word stands for. Case is ignored.

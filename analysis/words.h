@@ -83,7 +83,7 @@ inline constexpr auto forms = []() {
 
 inline unsigned form_of(char c) { return forms[static_cast<unsigned char>(c)]; }
 
-// Rotating keeps the characters of a word apart for longer than most names are.
+// Rotating by 7 of 64 bits keeps nine characters apart; further ones overlap.
 inline NameHash hash_with(NameHash hash, unsigned upper_case) {
   const int step = 7;
   return (hash << step | hash >> (64 - step)) ^ upper_case;

@@ -37,9 +37,9 @@ static void write_navigation(const Marker& kind, std::FILE* html) {
 }
 
 // Deliberate: a name has a bullet only in the list that holds its first
-// definition. Every later one just writes its number. If the first is of
-// another kind, the number lands behind the bullet of another name, or before
-// the first.
+// definition. Every later one just adds its number, the second one a plain
+// "[1]", too. If the first is of another kind, they land behind the bullet of
+// another name, or before the first.
 static void write_list_entry(const Declaration& declaration, int index,
                              std::FILE* html) {
   const auto address = address_of(declaration, index);

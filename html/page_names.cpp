@@ -80,7 +80,6 @@ const char* HTML_NAME(char** file) {
 
 const char* HTML_XREF(const Calling& calling) {
   static std::string address;
-  address = HTML_REF(calling.file);
-  address += "#line" + std::to_string(calling.line);
+  address = HTML_REF(calling.file) + ("#line" + std::to_string(calling.line));
   return address.c_str();
 }

@@ -105,7 +105,8 @@ TEST_F(CallersTest, ShareWhatIsThereAlreadyInsteadOfTheirOwn) {
 TEST_F(CallersTest, AreNotSharedAnyMoreWhenOneGetsAReferenceOfItsOwn) {
   first.insert(a1);
   for (Callers* callers : {&second, &third}) callers->share(first);
-  second.insert(a2);
+  EXPECT_TRUE(second.insert(a2));
+  EXPECT_FALSE(second.insert(a2));
   first.insert(b1);
   EXPECT_EQ((Texts{"a.f90:1", "b.f90:1"}), places(first));
   EXPECT_EQ((Texts{"a.f90:1", "a.f90:2"}), places(second));

@@ -13,6 +13,7 @@
 #include <FL/fl_ask.H>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <map>

@@ -4,6 +4,7 @@
 
 #include <regex>
 #include <sstream>
+#include <utility>
 
 #include "tests/support/capture.h"
 

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <string>
+#include <string_view>
 
 #include "html/page_names.h"
 #include "tests/support/capture.h"

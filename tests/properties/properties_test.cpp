@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <clocale>
 #include <functional>
+#include <map>
 
 #include "driver/settings.h"
 #include "html/page_names.h"

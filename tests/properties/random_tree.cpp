@@ -1,6 +1,7 @@
 #include "tests/properties/random_tree.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "driver/settings.h"
 
