@@ -1,6 +1,5 @@
-// Every word that names a unit is a reference to it, in comments and strings,
-// too, but not on a line that declares a unit of that name. Physical lines are
-// scanned one by one, continued or not.
+// Each physical line is scanned by itself. Every word that names a unit is a
+// reference to it, but not on a line that declares a unit of that name.
 
 #include "analysis/calls.h"
 

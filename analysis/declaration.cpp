@@ -14,8 +14,7 @@ static const struct LastRun {
   ~LastRun() { Declaration::forget_all(); }
 } last_run;
 
-static std::string upper_case(const char* word) {
-  std::string key = word;
+static std::string upper_case(std::string key) {
   for (char& c : key) c = to_upper(c);
   return key;
 }

@@ -4,8 +4,8 @@
 
 #include <utility>
 
-// After the callback of a drag, a key press or a click with Shift, which
-// selects a range, the toolkit reads the lines again.
+// After the callback of a drag, a key press or a click with Shift the toolkit
+// reads the lines again.
 static bool event_needs_lines() {
   const int event = Fl::event();
   return event == FL_DRAG || event == FL_KEYBOARD || event == FL_SHORTCUT ||

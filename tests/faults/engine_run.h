@@ -1,7 +1,6 @@
 // Runs of the engine that something befalls.
 
-#ifndef ZELKOR_TESTS_FAULTS_ENGINE_RUN_H
-#define ZELKOR_TESTS_FAULTS_ENGINE_RUN_H
+#pragma once
 
 #include <filesystem>
 #include <functional>
@@ -102,5 +101,3 @@ class Locked {
 
   std::string path;
 };
-
-#endif

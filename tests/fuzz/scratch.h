@@ -1,8 +1,7 @@
 // What the fuzz targets share: a place for files, and a run that can be told
 // from its first bytes.
 
-#ifndef ZELKOR_TESTS_FUZZ_SCRATCH_H
-#define ZELKOR_TESTS_FUZZ_SCRATCH_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -31,5 +30,3 @@ void demand(bool holds, const char* what);
 /// What each target defines.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
                                       std::size_t size);
-
-#endif

@@ -1,7 +1,6 @@
 // A main window of its own for each test, in a scratch working directory.
 
-#ifndef ZELKOR_TESTS_GUI_MAIN_WINDOW_FIXTURE_H
-#define ZELKOR_TESTS_GUI_MAIN_WINDOW_FIXTURE_H
+#pragma once
 
 #include <FL/Fl_Browser.H>
 #include <FL/Fl_Menu_.H>
@@ -90,5 +89,3 @@ inline std::ostream& operator<<(std::ostream& s, const Place& p) {
 inline Place place_of(const Fl_Widget& o) {
   return {o.x(), o.y(), o.w(), o.h()};
 }
-
-#endif

@@ -1,7 +1,6 @@
 // What drawing calls and windows put on the screen.
 
-#ifndef ZELKOR_TESTS_GUI_PIXELS_H
-#define ZELKOR_TESTS_GUI_PIXELS_H
+#pragma once
 
 #include <FL/Enumerations.H>
 #include <FL/Fl_Window.H>
@@ -20,5 +19,3 @@ Pixels shown(const Fl_Window& window, int x, int y, int w, int h);
 
 /// The same of a window of another program, by its number on the display.
 Pixels shown(unsigned long window, int x, int y, int w, int h);
-
-#endif

@@ -1,7 +1,6 @@
 // The hands and eyes of a user: mouse, keys, and the boxes that pop up.
 
-#ifndef ZELKOR_TESTS_GUI_USER_H
-#define ZELKOR_TESTS_GUI_USER_H
+#pragma once
 
 #include <FL/Fl.H>
 #include <FL/Fl_Browser.H>
@@ -111,5 +110,3 @@ class WhenModal {
   ModalWatcher::Action action;
   std::optional<ModalWatcher> watcher;
 };
-
-#endif

@@ -1,7 +1,6 @@
 // The handbook, taken apart for the tests of what it says.
 
-#ifndef ZELKOR_TESTS_HANDBOOK_HANDBOOK_H
-#define ZELKOR_TESTS_HANDBOOK_HANDBOOK_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -29,5 +28,3 @@ std::vector<std::string> split(const std::string& text,
 /// such table.
 using Rows = std::vector<std::vector<std::string>>;
 Rows table(const std::vector<std::string>& header);
-
-#endif

@@ -1,7 +1,6 @@
 // Runs over small sources that the handbook tells of.
 
-#ifndef ZELKOR_TESTS_HANDBOOK_HANDBOOK_RUN_H
-#define ZELKOR_TESTS_HANDBOOK_HANDBOOK_RUN_H
+#pragma once
 
 #include <algorithm>
 #include <filesystem>
@@ -46,5 +45,3 @@ class HandbookRun : public PageTest {
     return pieces(text, piece, "").size();
   }
 };
-
-#endif

@@ -1,7 +1,6 @@
 // What the pages of any run hold, told once more for trees of any kind.
 
-#ifndef ZELKOR_TESTS_PROPERTIES_PROPERTIES_H
-#define ZELKOR_TESTS_PROPERTIES_PROPERTIES_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -16,5 +15,3 @@ std::vector<Unit> units_of(const Tree& tree);
 /// hold units_of() its tree, and pages that are missing, should not be there or
 /// do not show the lines of their source with the marks of these units.
 std::vector<std::string> faults_of(const FinishedRun& run);
-
-#endif

@@ -1,7 +1,6 @@
 // Trees made at random out of what has ever been a special case.
 
-#ifndef ZELKOR_TESTS_PROPERTIES_RANDOM_TREE_H
-#define ZELKOR_TESTS_PROPERTIES_RANDOM_TREE_H
+#pragma once
 
 #include <cstdint>
 #include <random>
@@ -37,5 +36,3 @@ class Dice {
 /// A tree of one to eight files. A path may stand in its list twice, and name
 /// a file that is not there or a directory.
 Tree random_tree(Dice& dice);
-
-#endif

@@ -1,7 +1,6 @@
 // A source tree and what a run makes of it.
 
-#ifndef ZELKOR_TESTS_PROPERTIES_TREE_H
-#define ZELKOR_TESTS_PROPERTIES_TREE_H
+#pragma once
 
 #include <cstdint>
 #include <map>
@@ -64,5 +63,3 @@ std::vector<Piece> pieces_of(const std::string& text, std::size_t size);
 
 /// A line with its strings and comments blanked, as free form has it.
 std::string blanked(std::string line);
-
-#endif

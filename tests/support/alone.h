@@ -1,7 +1,6 @@
 // Tests that need a process nobody used before them.
 
-#ifndef ZELKOR_TESTS_SUPPORT_ALONE_H
-#define ZELKOR_TESTS_SUPPORT_ALONE_H
+#pragma once
 
 #include <functional>
 
@@ -11,5 +10,3 @@ void alone(const std::function<void()>& body);
 
 /// Whether this process was started for such a test, whose body has yet to run.
 bool runs_alone();
-
-#endif

@@ -1,7 +1,6 @@
 // What code under test writes, as text.
 
-#ifndef ZELKOR_TESTS_SUPPORT_CAPTURE_H
-#define ZELKOR_TESTS_SUPPORT_CAPTURE_H
+#pragma once
 
 #include <cstdio>
 #include <functional>
@@ -24,5 +23,3 @@ std::string content_of(const std::string& path);
 /// the lines in which newer versions of fontconfig complain: of a toolkit that
 /// does not initialise it, and of a working directory that is gone.
 std::string errors_in(const std::string& path);
-
-#endif

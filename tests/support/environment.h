@@ -1,7 +1,6 @@
 // Environment variables that a test sets.
 
-#ifndef ZELKOR_TESTS_SUPPORT_ENVIRONMENT_H
-#define ZELKOR_TESTS_SUPPORT_ENVIRONMENT_H
+#pragma once
 
 #include <stdlib.h>
 
@@ -32,5 +31,3 @@ class EnvironmentGuard {
   std::string name;
   std::optional<std::string> previous;
 };
-
-#endif

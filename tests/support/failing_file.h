@@ -1,7 +1,6 @@
 // A file that cannot be read to its end.
 
-#ifndef ZELKOR_TESTS_SUPPORT_FAILING_FILE_H
-#define ZELKOR_TESTS_SUPPORT_FAILING_FILE_H
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -57,5 +56,3 @@ class FailingFile {
   std::atomic<bool> done = false;
   std::thread writer;
 };
-
-#endif

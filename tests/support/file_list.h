@@ -1,7 +1,6 @@
 // The list of source paths that a run works on.
 
-#ifndef ZELKOR_TESTS_SUPPORT_FILE_LIST_H
-#define ZELKOR_TESTS_SUPPORT_FILE_LIST_H
+#pragma once
 
 #include <string>
 #include <utility>
@@ -25,5 +24,3 @@ class FileList {
   std::vector<std::string> paths;
   std::vector<char*> slots;
 };
-
-#endif

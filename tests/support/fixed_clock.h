@@ -1,7 +1,6 @@
 // A run whose time stamp is known.
 
-#ifndef ZELKOR_TESTS_SUPPORT_FIXED_CLOCK_H
-#define ZELKOR_TESTS_SUPPORT_FIXED_CLOCK_H
+#pragma once
 
 #include <stdlib.h>
 
@@ -42,5 +41,3 @@ class FixedClock {
  private:
   TimeZone zone;
 };
-
-#endif

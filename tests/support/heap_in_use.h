@@ -1,7 +1,6 @@
 // How much memory the process has asked for.
 
-#ifndef ZELKOR_TESTS_SUPPORT_HEAP_IN_USE_H
-#define ZELKOR_TESTS_SUPPORT_HEAP_IN_USE_H
+#pragma once
 
 #include <malloc.h>
 
@@ -15,5 +14,3 @@ inline std::size_t heap_in_use() {
   const struct mallinfo2 heap = mallinfo2();
   return heap.uordblks + heap.hblkhd;
 }
-
-#endif

@@ -1,7 +1,6 @@
 // A locale that is not Unicode's, made where a test needs it.
 
-#ifndef ZELKOR_TESTS_SUPPORT_LATIN_1_LOCALE_H
-#define ZELKOR_TESTS_SUPPORT_LATIN_1_LOCALE_H
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -21,5 +20,3 @@ inline const char* latin_1_locale() {
   setenv("LOCPATH", std::filesystem::absolute("locales").c_str(), 1);
   return name;
 }
-
-#endif

@@ -1,7 +1,6 @@
 // How many files the process holds open.
 
-#ifndef ZELKOR_TESTS_SUPPORT_OPEN_FILES_H
-#define ZELKOR_TESTS_SUPPORT_OPEN_FILES_H
+#pragma once
 
 #include <cstddef>
 #include <filesystem>
@@ -12,5 +11,3 @@ inline std::ptrdiff_t open_files() {
   const std::filesystem::directory_iterator descriptors("/proc/self/fd");
   return std::distance(begin(descriptors), end(descriptors));
 }
-
-#endif

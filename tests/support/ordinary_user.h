@@ -1,7 +1,6 @@
 // Rights that a test gives up, for whoever runs the tests may read everything.
 
-#ifndef ZELKOR_TESTS_SUPPORT_ORDINARY_USER_H
-#define ZELKOR_TESTS_SUPPORT_ORDINARY_USER_H
+#pragma once
 
 #include <stdlib.h>
 #include <unistd.h>
@@ -41,5 +40,3 @@ inline void as_administrator(const std::function<void()>& action) {
   action();
   if (seteuid(user) != 0) abort();
 }
-
-#endif

@@ -1,8 +1,7 @@
 // The ground of the tests that write pages: a scratch folder with the output
 // directory "HTML" in it, a known time stamp and an empty registry.
 
-#ifndef ZELKOR_TESTS_SUPPORT_PAGE_TEST_H
-#define ZELKOR_TESTS_SUPPORT_PAGE_TEST_H
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -20,5 +19,3 @@ class PageTest : public testing::Test {
   TemporaryFolder folder;
   FixedClock clock;
 };
-
-#endif

@@ -1,8 +1,7 @@
 // The fixed texts of the pages, put together here from what the pages promise
 // and not from the code that writes them.
 
-#ifndef ZELKOR_TESTS_SUPPORT_PAGE_TEXT_H
-#define ZELKOR_TESTS_SUPPORT_PAGE_TEXT_H
+#pragma once
 
 #include <ctime>
 #include <string>
@@ -58,5 +57,3 @@ inline const std::vector<std::string> unit_kinds = {
 std::string index_menu(const std::string& kind, const std::string& items = "");
 std::string index_list(const std::string& kind,
                        const std::string& bullets = "");
-
-#endif

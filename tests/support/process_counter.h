@@ -1,7 +1,6 @@
 // What the system counts for a process.
 
-#ifndef ZELKOR_TESTS_SUPPORT_PROCESS_COUNTER_H
-#define ZELKOR_TESTS_SUPPORT_PROCESS_COUNTER_H
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -18,5 +17,3 @@ inline long process_counter(const std::string& file, const std::string& name) {
   if (!(counters >> count)) ADD_FAILURE() << "no " << name << " in " << file;
   return count;
 }
-
-#endif

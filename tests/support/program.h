@@ -1,7 +1,6 @@
 // A program under test, run as a user would run it.
 
-#ifndef ZELKOR_TESTS_SUPPORT_PROGRAM_H
-#define ZELKOR_TESTS_SUPPORT_PROGRAM_H
+#pragma once
 
 #include <sys/types.h>
 
@@ -32,5 +31,3 @@ class Program {
   bool ended = false;
   int status = 0;
 };
-
-#endif

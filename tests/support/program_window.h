@@ -1,7 +1,6 @@
 // The window of a program under test, seen and used from outside.
 
-#ifndef ZELKOR_TESTS_SUPPORT_PROGRAM_WINDOW_H
-#define ZELKOR_TESTS_SUPPORT_PROGRAM_WINDOW_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -81,5 +80,3 @@ class WindowsKeptOffTheScreen {
  private:
   _XDisplay* connection;
 };
-
-#endif

@@ -1,7 +1,6 @@
 // A progress() that records the reports, for tests without a window.
 
-#ifndef ZELKOR_TESTS_SUPPORT_RECORDED_PROGRESS_H
-#define ZELKOR_TESTS_SUPPORT_RECORDED_PROGRESS_H
+#pragma once
 
 #include <functional>
 #include <string>
@@ -19,5 +18,3 @@ extern std::vector<ProgressReport> progress_reports;
 
 /// Called after each report is recorded, if set; tests reset it.
 extern std::function<void(const ProgressReport&)> progress_hook;
-
-#endif

@@ -1,7 +1,6 @@
 // The registry as texts.
 
-#ifndef ZELKOR_TESTS_SUPPORT_REGISTERED_H
-#define ZELKOR_TESTS_SUPPORT_REGISTERED_H
+#pragma once
 
 #include <array>
 #include <string>
@@ -31,5 +30,3 @@ inline std::vector<std::string> places(const Callers& callers) {
     texts.push_back(*calling.file + (":" + std::to_string(calling.line)));
   return texts;
 }
-
-#endif

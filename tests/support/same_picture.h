@@ -1,7 +1,6 @@
 // What is on a screen, as tests compare it.
 
-#ifndef ZELKOR_TESTS_SUPPORT_SAME_PICTURE_H
-#define ZELKOR_TESTS_SUPPORT_SAME_PICTURE_H
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -29,5 +28,3 @@ testing::AssertionResult same_picture(const char*, const char*,
 
 /// For failures that say nothing of their own.
 void PrintTo(const Pixels& picture, std::ostream* text);
-
-#endif

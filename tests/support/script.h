@@ -1,7 +1,6 @@
 // Small programs that tests write.
 
-#ifndef ZELKOR_TESTS_SUPPORT_SCRIPT_H
-#define ZELKOR_TESTS_SUPPORT_SCRIPT_H
+#pragma once
 
 #include <algorithm>
 #include <filesystem>
@@ -36,5 +35,3 @@ inline std::string write_browser(const std::string& path = "browser") {
                                        ".new'\n" + "mv '" + words + ".new' '" +
                                        words + "'\n"));
 }
-
-#endif

@@ -1,7 +1,6 @@
 // Keeps the run settings of one test from the next.
 
-#ifndef ZELKOR_TESTS_SUPPORT_SETTINGS_GUARD_H
-#define ZELKOR_TESTS_SUPPORT_SETTINGS_GUARD_H
+#pragma once
 
 #include "analysis/declaration.h"
 #include "driver/settings.h"
@@ -29,5 +28,3 @@ class SettingsGuard {
   char separator = slash;
   std::time_t time = date_time;
 };
-
-#endif

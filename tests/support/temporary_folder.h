@@ -1,7 +1,6 @@
 // A scratch folder that is the working directory while it lives.
 
-#ifndef ZELKOR_TESTS_SUPPORT_TEMPORARY_FOLDER_H
-#define ZELKOR_TESTS_SUPPORT_TEMPORARY_FOLDER_H
+#pragma once
 
 #include <filesystem>
 #include <string>
@@ -26,5 +25,3 @@ class TemporaryFolder {
 /// Writes a file, making the folders that its path names. The text may hold
 /// any bytes.
 void write_file(const std::string& path, const std::string& text);
-
-#endif

@@ -1,7 +1,6 @@
 // An X server of the tests' own.
 
-#ifndef ZELKOR_TESTS_SUPPORT_VIRTUAL_DISPLAY_H
-#define ZELKOR_TESTS_SUPPORT_VIRTUAL_DISPLAY_H
+#pragma once
 
 #include <sys/types.h>
 
@@ -18,5 +17,3 @@ class VirtualDisplay {
  private:
   pid_t server;
 };
-
-#endif

@@ -1,7 +1,6 @@
 // Waiting for what other processes do.
 
-#ifndef ZELKOR_TESTS_SUPPORT_WAIT_UNTIL_H
-#define ZELKOR_TESTS_SUPPORT_WAIT_UNTIL_H
+#pragma once
 
 #include <chrono>
 #include <functional>
@@ -18,5 +17,3 @@ inline bool wait_until(const std::function<bool()>& condition) {
   }
   return true;
 }
-
-#endif
