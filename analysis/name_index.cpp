@@ -26,18 +26,18 @@ const NameIndex& NameIndex::current() {
 void NameIndex::build() {
   entries.clear();
   openings.clear();
-  auto& decs = Declaration::decs;
-  for (auto first = decs.begin(); first != decs.end();) {
-    auto unit = first;
+  const Unit end = Declaration::decs.end();
+  for (Unit first = Declaration::decs.begin(); first != end;) {
+    Unit unit = first;
     int count = 0;
-    for (; unit != decs.end() && unit->first == first->first; ++unit)
+    for (; unit != end && unit->first == first->first; ++unit)
       openings.push_back({unit->second->file, unit->second->line, ++count});
     add_name(first, count);
     first = unit;
   }
   fill_slots();
   generation = Declaration::generation();
-  size = decs.size();
+  size = Declaration::decs.size();
 }
 
 // A name with hundreds of units would take hundreds of records for each
