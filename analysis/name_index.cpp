@@ -70,14 +70,16 @@ void NameIndex::add_name(Unit first, int count) {
 
 void NameIndex::fill_slots() {
   std::size_t width = 1;
-  while (width < 4 * entries.size()) width *= 2;
-  slots.assign(width, {});
+  while (width < 8 * entries.size()) width *= 2;
+  tags.assign(width, empty);
+  slots.resize(width);
   std::uint32_t number = 0;
   for (const Entry& entry : entries) {
     const NameHash hash = hash_of(entry.units.first->first);
     std::size_t i = place(hash);
-    while (slots[i].name != 0) i = next(i);
-    slots[i] = {tag(hash), ++number};
+    while (tags[i] != empty) i = next(i);
+    tags[i] = tag(hash);
+    slots[i] = number++;
   }
 }
 

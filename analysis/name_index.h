@@ -44,9 +44,9 @@ class NameIndex {
   ///
   ///   file, line  where it stands
   Meaning look_up(const Word& word, char** file, int line) const {
-    for (auto i = place(word.hash); slots[i].name != 0; i = next(i))
-      if (slots[i].tag == tag(word.hash)) {
-        const Entry& entry = entries[slots[i].name - 1];
+    for (auto i = place(word.hash); tags[i] != empty; i = next(i))
+      if (tags[i] == tag(word.hash)) {
+        const Entry& entry = entries[slots[i]];
         if (is_named(entry, word.name))
           return {&entry.units, declared(entry, file, line)};
       }
@@ -67,13 +67,12 @@ class NameIndex {
     std::size_t first_opening;
   };
 
-  // The table is open: names that fall on the same place take the next ones.
-  struct Slot {
-    std::uint32_t tag = 0;   // other bits of the hash than those of the place
-    std::uint32_t name = 0;  // the place of its entry, from 1; 0: empty
-  };
+  // A hash table with linear probing. Its tags lie by themselves, so that those
+  // of all names fit into the processor's cache.
+  using Tag = std::uint8_t;
+  static constexpr Tag empty = 0;
 
-  NameIndex() : slots(1) {}
+  NameIndex() : tags(1) {}
   void build();
   void add_name(Declaration::Registry::iterator first, int count);
   void fill_slots();
@@ -84,16 +83,17 @@ class NameIndex {
   static std::uint64_t spread(NameHash hash) {
     return hash * 0x9E3779B97F4A7C15u;
   }
-  static std::uint32_t tag(NameHash hash) {
-    return static_cast<std::uint32_t>(spread(hash));
+  static Tag tag(NameHash hash) {
+    return static_cast<Tag>(spread(hash) >> 24 | 1);
   }
   std::size_t place(NameHash hash) const { return spread(hash) >> 32 & mask(); }
   std::size_t next(std::size_t place) const { return (place + 1) & mask(); }
-  std::size_t mask() const { return slots.size() - 1; }
+  std::size_t mask() const { return tags.size() - 1; }
 
   std::vector<Entry> entries;
   std::vector<Opening> openings;
-  std::vector<Slot> slots;  // a power of two, at most a quarter in use
+  std::vector<Tag> tags;             // a power of two, at most an eighth in use
+  std::vector<std::uint32_t> slots;  // the entries of the tags
   unsigned generation = 0;
   std::size_t size = 0;  // of the registry
 };
