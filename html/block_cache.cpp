@@ -8,8 +8,8 @@
 #include "driver/settings.h"
 #include "html/markup.h"
 
-static const std::size_t most_bytes = 1 << 20;
-static const std::size_t most_items_per_unit = 1 << 6;
+static const std::size_t max_bytes = 1 << 20;
+static const std::size_t max_items_per_unit = 1 << 6;
 
 BlockCache::BlockCache() : stream(open_memstream(&rendered, &rendered_size)) {}
 
@@ -20,12 +20,12 @@ BlockCache::~BlockCache() {
 
 void BlockCache::write(const Namesakes& units, std::size_t items,
                        std::FILE* html, const Render& render) {
-  if (items > most_items_per_unit * static_cast<std::size_t>(units.count)) {
+  if (items > max_items_per_unit * static_cast<std::size_t>(units.count)) {
     render(html);
     return;
   }
   if (generation != Declaration::generation() || separator != slash ||
-      bytes > most_bytes) {
+      bytes > max_bytes) {
     blocks.clear();
     bytes = 0;
     generation = Declaration::generation();

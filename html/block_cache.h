@@ -1,4 +1,4 @@
-// Mark-up that many places show alike, rendered once.
+// A cache of mark-up that appears in many places.
 
 #pragma once
 
@@ -10,10 +10,10 @@
 struct Namesakes;
 class Declaration;
 
-/// Keeps blocks of mark-up that follow from the units of one name. A name with
+/// Caches blocks of mark-up, each made from all units of one name. A name with
 /// hundreds of units is written thousands of times, each time with all of them.
-/// Blocks are forgotten when the registry has changed, when `slash` has
-/// changed, by which the pages in them are named, and when they take too much
+/// The cache is emptied when the registry has changed, when `slash`, on which
+/// the names of pages depend, has changed, and when the blocks take too much
 /// memory together.
 class BlockCache {
  public:
@@ -26,12 +26,12 @@ class BlockCache {
 
   /// Writes a block.
   ///
-  ///   units   the units of the name, all of which may show the block
-  ///   items   the number of entries in the block. A kept block with another
-  ///           number is out of date and is rendered again
-  ///   render  writes the block to a stream. It is called when no block is kept
-  ///           that is up to date. A block of more than 64 items for each unit
-  ///           is never kept
+  ///   units   the units of the name
+  ///   items   the number of entries in the block. A cached block with another
+  ///           number is out of date. A block of more than 64 items per unit is
+  ///           never cached
+  ///   render  writes the block to a stream; called when no block that is up to
+  ///           date is in the cache
   void write(const Namesakes& units, std::size_t items, std::FILE* html,
              const Render& render);
 
@@ -46,7 +46,7 @@ class BlockCache {
   unsigned generation = 0;                               // of the registry
   char separator = '\0';
 
-  // A stream into memory, used for all blocks one after the other.
+  // An in-memory stream into which all blocks are rendered, one at a time.
   char* rendered = nullptr;
   std::size_t rendered_size = 0;
   std::FILE* stream;

@@ -9,8 +9,8 @@
 #include "html/page_frame.h"
 
 // Calls visit(declaration, index) for every unit of one kind, in the order of
-// the registry. The definition index counts all units of one name, whatever
-// their kind, so that it agrees with the anchors on the source pages.
+// the registry. The definition index counts units of all kinds, as it does in
+// the anchors on the source pages.
 template <typename Visitor>
 static void visit_units(DecType kind, Visitor visit) {
   std::string previous;
@@ -37,9 +37,9 @@ static void write_navigation(const Marker& kind, std::FILE* html) {
 }
 
 // Deliberate: a name has a bullet only in the list that holds its first
-// definition. Every later one just adds its number, the second one a plain
-// "[1]", too. If the first is of another kind, they land behind the bullet of
-// another name, or before the first.
+// definition. Each later definition adds only its number, and the second also
+// adds a plain "[1]". If the first definition is of another kind, the numbers
+// follow the bullet of another name or precede the first bullet.
 static void write_list_entry(const Declaration& declaration, int index,
                              std::FILE* html) {
   const auto address = address_of(declaration, index);

@@ -8,5 +8,5 @@
 ///
 ///   name  the page's base name: the page is "<name>.html" in html_dir
 ///
-/// A page that cannot be opened is skipped without a word.
+/// A page that cannot be opened is skipped silently.
 void print_tree(const char* name);

@@ -26,7 +26,7 @@ void Markup::write() {
   size = 0;
 }
 
-// A page is written by one thread alone, so the stream is not locked.
+// Only one thread writes a page, so the stream is not locked.
 void Markup::write(std::string_view text) {
   fwrite_unlocked(text.data(), 1, text.size(), stream);
 }

@@ -1,7 +1,7 @@
-// How mark-up is written: piece by piece, as it is.
+// Writing mark-up piece by piece.
 //
 // No character is ever turned into an entity, and nothing checks for write
-// errors. An anchor marks a place in a page; an address leads to it.
+// errors. An anchor marks a place in a page; an address points to it.
 
 #pragma once
 
@@ -23,7 +23,7 @@ struct LineAnchor {
   int line;
 };
 
-/// An anchor in the page of a source file, "PAGE#ANCHOR".
+/// The address of an anchor in the page of a source file, "PAGE#ANCHOR".
 template <typename Anchor>
 struct Address {
   char** file;
@@ -34,12 +34,12 @@ inline Address<UnitAnchor> address_of(const Declaration& unit, int index) {
   return {unit.file, {unit.name, index}};
 }
 
-inline Address<LineAnchor> address_of(const Calling& calling) {
-  return {calling.file, {calling.line}};
+inline Address<LineAnchor> address_of(const Calling& reference) {
+  return {reference.file, {reference.line}};
 }
 
-/// Pieces of mark-up that go to a stream together: texts, numbers in decimal,
-/// anchors and addresses. They are written when the object ends.
+/// A buffer for pieces of mark-up: texts, numbers in decimal, anchors and
+/// addresses. They are written when it is full and when it is destroyed.
 class Markup {
  public:
   explicit Markup(std::FILE* html) : stream(html) {}
@@ -73,7 +73,7 @@ class Markup {
   char buffer[512];
 };
 
-/// Writes pieces one after the other, see Markup.
+/// Writes pieces of mark-up one after the other.
 template <typename... Pieces>
 void put(std::FILE* html, const Pieces&... pieces) {
   Markup markup(html);

@@ -1,7 +1,7 @@
-// Panes are kept off the screen and moved in while the mouse is over their
-// owner. Hiding them by `display` or z-index lost their background in some
-// browsers, as the notes in the style sheet say. "left: 2;" has no unit: pages
-// carry no document type, so browsers read it as pixels.
+// Panes are off the screen except while the mouse is over their mark or word.
+// Hiding them by `display` or z-index lost their background in some browsers,
+// as the notes in the style sheet say. "left: 2;" has no unit: browsers read it
+// as pixels, as the pages have no document type.
 
 #include "html/page_frame.h"
 
@@ -72,7 +72,7 @@ static const char pane_closing[] = "</td></tr></table>";
 
 void html_header(std::FILE* html) { put(html, head); }
 
-// Deliberate: the line end of ctime's text is written as it comes.
+// Deliberate: the line end of ctime's text is kept.
 void html_footer(std::FILE* html) {
   std::fprintf(html, page_trailer.c_str(), std::ctime(&date_time));
   put(html, "</body>\n</html>\n");
@@ -112,10 +112,10 @@ void menu_item(std::FILE* html, const Declaration& declaration, int index,
       declaration.name, "</small></a><br/>\n");
 }
 
-void menu_item(std::FILE* html, const Calling& calling, bool new_column) {
+void menu_item(std::FILE* html, const Calling& reference, bool new_column) {
   if (new_column) start_column(html);
-  put(html, "<a href=\"", address_of(calling), "\">", *calling.file,
-      "&nbsp;:&nbsp;", calling.line, "</a><br/>\n");
+  put(html, "<a href=\"", address_of(reference), "\">", *reference.file,
+      "&nbsp;:&nbsp;", reference.line, "</a><br/>\n");
 }
 
 void multiref_item(std::FILE* html, const Declaration& declaration, int index) {

@@ -10,9 +10,9 @@
 #include "analysis/words.h"
 #include "driver/settings.h"
 
-// Deliberate: a plain sum of the path's bytes, each taken as a signed value, in
-// 21 bits. Paths of the same bytes in another order share it; Pages::of() tells
-// them apart.
+// Deliberate: a sum over the path's bytes as signed values, cut to 21 bits.
+// Paths of the same bytes in another order have the same hash; Pages::of()
+// gives them different numbers.
 static int path_hash(std::string_view path) {
   const int mask = 0x1FFFFF;
   int hash = 0;
@@ -25,13 +25,13 @@ namespace {
 
 struct Page {
   int number = 0;
-  std::string path;  // that owns the number; empty while it is free
+  std::string path;  // the owner of the number; empty while it is free
   std::string name;
-  char name_slash = '\0';  // what `slash` was when the name was made
+  char name_slash = '\0';  // the `slash` that `name` was made with
 };
 
-// Pages are asked for again and again, most often the last one. The empty path
-// owns no number: its page is the first free one, until another path takes it.
+// Pages are looked up often, and mostly the last one again. The empty path owns
+// no number: it gets the first free page, until another path takes that page.
 class Pages {
  public:
   Page& of(std::string_view path) {
@@ -78,8 +78,9 @@ const char* HTML_NAME(char** file) {
   return path.c_str();
 }
 
-const char* HTML_XREF(const Calling& calling) {
+const char* HTML_XREF(const Calling& reference) {
   static std::string address;
-  address = HTML_REF(calling.file) + ("#line" + std::to_string(calling.line));
+  address =
+      HTML_REF(reference.file) + ("#line" + std::to_string(reference.line));
   return address.c_str();
 }

@@ -1,7 +1,7 @@
-// Words are found in the scanned text of a line, and everything that reaches
-// the page is copied from its raw text. The text between marked words is
-// written only when the next mark or the end of the line is reached: `written`
-// is the column up to which the raw line stands on the page.
+// Words are found in the scanned text of a line; the page gets the raw text.
+// The text between marked words is written when the next marked word or the end
+// of the line is reached. `written` is the column up to which the raw line has
+// been written.
 
 #include "html/source_page.h"
 
@@ -22,8 +22,8 @@ static std::string_view columns(const char* line, int start, int end) {
   return {line + start, static_cast<std::size_t>(end - start)};
 }
 
-// Marks a reference: one unit of its name is linked, several are listed in a
-// pane.
+// Marks a reference: a link to the unit of its name, or a pane that lists the
+// units if there are several.
 static void write_reference(std::string_view word, int line_number,
                             const Namesakes& units, std::FILE* html) {
   put(html, "<a NAME=\"", LineAnchor{line_number}, "\"></a>");
@@ -45,38 +45,37 @@ static void write_reference(std::string_view word, int line_number,
   });
 }
 
-// The number of menu entries in one column, of n in all.
+// The number of entries in one column of a menu of n entries.
 static int entries_per_column(int n) {
   if (n < 14) return n + 2;
   if (n < 24) return (n + 2) / 2;
   return (n + 3) / 3;
 }
 
-static void write_callers_menu(const Callers& callers, std::FILE* html) {
+static void write_references(const Callers& callers, std::FILE* html) {
   begin_menu(html, "Referenced By...");
   const int per_column = entries_per_column(static_cast<int>(callers.size()));
   int written = 0;
-  for (const Calling& calling : callers) {
-    menu_item(html, calling, written != 0 && written % per_column == 0);
+  for (const Calling& reference : callers) {
+    menu_item(html, reference, written != 0 && written % per_column == 0);
     ++written;
   }
   end_menu(html);
 }
 
-// Marks a definition. Deliberate: all definitions of one name show the callers
-// of the first of them.
+// Marks a definition. Deliberate: all definitions of one name show the
+// references to the first of them.
 static void write_definition(std::string_view word, const UnitAnchor& anchor,
                              const Namesakes& units, std::FILE* html) {
   put(html, "<a NAME=\"", anchor, "\"><b>", word, "</b></a>");
   const Callers& callers = units.first->second->callers;
   if (units.count == 1) {
-    write_callers_menu(callers, html);
+    write_references(callers, html);
     return;
   }
   static BlockCache menus;
-  menus.write(units, callers.size(), html, [&callers](std::FILE* menu) {
-    write_callers_menu(callers, menu);
-  });
+  menus.write(units, callers.size(), html,
+              [&callers](std::FILE* menu) { write_references(callers, menu); });
 }
 
 static void write_line(const SourceLines& source, const NameIndex& names,
@@ -116,8 +115,8 @@ void print_links(char** file, bool fixed_form) {
   if (!source.is_open()) return;
   std::FILE* html = std::fopen(HTML_NAME(file), "w");
   if (html == nullptr) {
-    // Deliberate: an output directory that takes no page is a broken invariant,
-    // not an error to report.
+    // Deliberate: an output directory in which no page can be created is a
+    // broken invariant, not an error to report.
     assertion_failed("html!=__null", "zelkor",
                      "void print_links(char**, bool)");
   }
@@ -130,7 +129,7 @@ void print_links(char** file, bool fixed_form) {
     std::printf("Generating HTML for %s...", *file);
     std::fflush(stdout);
   }
-  // The head is closed already, so the title stands inside the body.
+  // The head is closed already, so the title is part of the body.
   const char* title = file_part(file);
   put(html, "<TITLE>", title, "</TITLE>\n<H1>", title, "</H1>\n<code> <pre>\n");
 

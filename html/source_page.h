@@ -5,9 +5,9 @@
 #include <cstdio>
 
 /// Writes the page of a source file at HTML_NAME(file): its text unchanged,
-/// with links over the words that name declared units, anchors and menus where
-/// they are declared, and highlighted keywords as html_style asks. Reports the
-/// file on standard output when `verbose` is above 0.
+/// with links on references to units, anchors and menus on the definitions of
+/// units, and keywords highlighted as html_style asks. Reports the file on
+/// standard output when `verbose` is above 0.
 ///
 ///   file        the file's slot in the run's list
 ///   fixed_form  the comment rule, see hide_F90_strings_comments()
