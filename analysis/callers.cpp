@@ -6,17 +6,17 @@ static bool are_equal(const Calling& a, const Calling& b) {
   return !(a < b) && !(b < a);
 }
 
-void Callers::Records::add(const Calling& calling) {
-  if (!list.empty() && list.back().file == calling.file &&
-      list.back().line == calling.line)
+void Callers::Records::add(const Calling& reference) {
+  if (!list.empty() && list.back().file == reference.file &&
+      list.back().line == reference.line)
     return;
-  // Repeats are dropped before they make the list grow.
+  // Duplicates are dropped before the list grows.
   if (list.size() == list.capacity()) {
     sort();
     if (list.size() > list.capacity() / 2) list.reserve(2 * list.capacity());
   }
-  is_sorted = list.empty() || (is_sorted && list.back() < calling);
-  list.push_back(calling);
+  is_sorted = list.empty() || (is_sorted && list.back() < reference);
+  list.push_back(reference);
 }
 
 void Callers::Records::sort() {
@@ -33,15 +33,17 @@ const std::vector<Calling>& Callers::sorted() const {
   return records->list;
 }
 
-bool Callers::insert(const Calling& calling) {
+bool Callers::insert(const Calling& reference) {
   const bool was_shared = records.use_count() > 1;
   if (records == nullptr) start_anew();
   if (was_shared) records = std::make_shared<Records>(*records);
-  records->add(calling);
+  records->add(reference);
   return was_shared;
 }
 
-void Callers::insert_in_all(const Calling& calling) { records->add(calling); }
+void Callers::insert_in_all(const Calling& reference) {
+  records->add(reference);
+}
 
 void Callers::start_anew() { records = std::make_shared<Records>(); }
 

@@ -8,11 +8,11 @@
 
 #include "analysis/calling.h"
 
-/// An ordered set of references, without duplicates; of equal ones it keeps the
-/// first. References arrive almost in order: they are appended, and sorted when
-/// the set is read or its memory is full. Sorting compares paths, so the paths
-/// of all references must still be there. Unlike those of a std::set, iterators
-/// hold only until a reference is added.
+/// An ordered set of references, without duplicates. Of equal references it
+/// keeps the first. References arrive almost in order: they are appended, and
+/// sorted when the set is read or its memory is full. Sorting compares paths,
+/// so the paths of all references must still exist. Unlike those of a std::set,
+/// iterators are valid only until a reference is added.
 class Callers {
  public:
   using value_type = Calling;
@@ -28,27 +28,28 @@ class Callers {
   std::size_t size() const { return sorted().size(); }
   bool empty() const { return size() == 0; }
 
-  /// Adds a reference to this set alone. Returns whether the set held the same
-  /// records as others until now.
-  bool insert(const Calling& calling);
+  /// Adds a reference to this set only. Returns whether the set shared its
+  /// records until now.
+  bool insert(const Calling& reference);
 
-  /// Adds a reference to this set and to all that hold the same records.
-  void insert_in_all(const Calling& calling);
+  /// Adds a reference to this set and to all sets that share its records, which
+  /// start_anew() or share() has made.
+  void insert_in_all(const Calling& reference);
 
-  /// Sorts what was added since the set was last read.
+  /// Sorts the references now, not when the set is next read.
   void sort() const { sorted(); }
 
-  /// Replaces the references by new, empty records, for others to share().
+  /// Replaces the references by new, empty records that others can share().
   void start_anew();
 
-  /// Replaces the references by the records of another set. The two stay the
-  /// same until a reference is added to one of them alone.
+  /// Replaces the references by the records of another set. The two sets share
+  /// them until insert() adds a reference to one of the sets.
   void share(const Callers& other);
 
  private:
-  // What several sets may hold.
+  // The references of one set, or of several sets that share them.
   struct Records {
-    void add(const Calling& calling);
+    void add(const Calling& reference);
     void sort();
 
     std::vector<Calling> list;
@@ -57,5 +58,5 @@ class Callers {
 
   const std::vector<Calling>& sorted() const;
 
-  std::shared_ptr<Records> records;  // null: none
+  std::shared_ptr<Records> records;  // null: no references
 };

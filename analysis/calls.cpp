@@ -1,5 +1,4 @@
-// Each physical line is scanned by itself. Every word that names a unit is a
-// reference to it, but not on a line that declares a unit of that name.
+// Each line is scanned by itself: continuation lines are not joined.
 
 #include "analysis/calls.h"
 
@@ -23,7 +22,7 @@ void gather_calls(char** file, bool fixed_form) {
     for (Word word; find_next(source.scanned(), word);) {
       const Meaning meaning = names.look_up(word, file, source.number());
       if (meaning.is_reference())
-        add_calling(*meaning.units, {file, source.number()});
+        add_reference(*meaning.units, {file, source.number()});
     }
 
   if (verbose > 0) {

@@ -2,8 +2,8 @@
 
 #pragma once
 
-/// The kind of a program unit, told by the keyword that opens it. The values
-/// are fixed.
+/// The kind of a program unit. The keyword that opens the unit decides it. The
+/// values are fixed.
 enum DecType {
   DT_MODULE = 0,
   DT_PROGRAM = 1,

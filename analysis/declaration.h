@@ -8,24 +8,24 @@
 #include "analysis/callers.h"
 #include "analysis/dec_type.h"
 
-/// One program unit. It is built with `new`; building it enters it in the
+/// One program unit. It is created with `new`. The constructor enters it in the
 /// registry, which owns it from then on.
 class Declaration {
  public:
-  /// The registry: units by their name in upper case. Units of the same name
-  /// stay in the order in which they were built; a unit's place among its
-  /// namesakes, from 1, is its definition index.
+  /// The registry: units by their name in upper case. Units of the same name,
+  /// namesakes, are in the order of their creation. The number of a unit among
+  /// its namesakes, from 1, is its definition index.
   using Registry = std::multimap<std::string, Declaration*>;
   static Registry decs;
 
-  /// Empties the registry and destroys the units that it held. A unit that was
-  /// taken out of the registry before lives on, but it must not be put back
+  /// Empties the registry and destroys the units in it. A unit that was erased
+  /// from the registry before is not destroyed, but must not be inserted again
   /// after this.
   static void forget_all();
 
-  /// A number that changes whenever a unit is built, the registry is emptied by
-  /// forget_all(), or units of a name cease to share their references. Units
-  /// that others erase or insert do not change it.
+  /// The generation of the registry: it changes when a unit is created, when
+  /// forget_all() empties the registry, and when namesakes stop sharing their
+  /// references. Erasing and inserting in `decs` does not change it.
   static unsigned generation();
 
   /// Registers a unit.
@@ -37,21 +37,21 @@ class Declaration {
   Declaration(const Declaration&) = delete;
   Declaration& operator=(const Declaration&) = delete;
 
-  /// Whether this unit's name stands at the very start of a text, as a whole
-  /// word. Part of the interface; the program itself never asks.
+  /// Whether a text starts with this unit's name as a whole word. Part of the
+  /// interface; the program itself does not use it.
   bool Is(const char* text) const;
 
-  /// Records a reference to this unit alone; one that is known already is not
-  /// added again. Part of the interface; the passes record references to all
-  /// units of a name at once.
+  /// Records a reference to this unit only, if it is not recorded already. Part
+  /// of the interface; the reference pass records a reference to all units of a
+  /// name at once, by add_reference().
   void add_calling(char** file, int line);
 
   DecType type;
   char** file;  ///< not owned
   char* name;   ///< owned
   int line;
-  Callers callers;  ///< added to by the operations above alone
+  Callers callers;  ///< the references to this unit
 
  private:
-  ~Declaration();  // by forget_all() alone
+  ~Declaration();  // called by forget_all() only
 };

@@ -1,6 +1,6 @@
-// The pass looks at each stored line by itself, with strings and comments
-// blanked: a unit is opened by a keyword that is the first word of its line,
-// and bears the first word after that keyword.
+// Each stored line is examined by itself, with strings and comments blanked. A
+// line opens a unit if its first word is a keyword of units. The word after the
+// keyword is the unit's name.
 
 #include "analysis/declarations.h"
 
@@ -16,12 +16,12 @@
 #include "analysis/words.h"
 #include "driver/settings.h"
 
-// Reads the operator of an interface statement; `position` is the first column
+// Reads the operator of an interface statement. `position` is the first column
 // after the keyword that is not white space.
 //
-// Deliberate: a fixed step is taken for "operator" and one character more, so
-// that only "operator (" with its blank is understood, and only right after the
-// keyword. Intrinsic operators such as (+) are none of the user's.
+// Deliberate: the step over "operator" and one more character is fixed, so
+// "operator (" is recognised only with a blank and only directly after the
+// keyword. Intrinsic operators such as (+) are not declared by the user.
 static bool read_operator(const char* line, int position, char* name) {
   const int step = 9;
   for (int i = 0; i < step && line[position] != '\0'; ++i) ++position;
@@ -30,7 +30,7 @@ static bool read_operator(const char* line, int position, char* name) {
   position = skip_white_space(line, position + 1);
   if (line[position] != '.') return false;
 
-  // From dot to dot; without a closing dot, all that is left of the line.
+  // The name goes from dot to dot, or to the line's end if no dot closes it.
   std::string_view text = line + position;
   const std::size_t closing = text.find('.', 1);
   if (closing != std::string_view::npos) text = text.substr(0, closing + 1);
@@ -43,14 +43,14 @@ static bool read_operator(const char* line, int position, char* name) {
 //   position  just past the keyword
 //   name      receives the name, which may be empty; word_size bytes
 //
-// Returns false when the line opens nothing after all.
+// Returns false when the line opens no unit after all.
 static bool read_unit_name(const Marker& keyword, const char* line,
                            int position, char* name) {
   position = skip_white_space(line, position);
   // type(state) :: s declares variables.
   if (keyword.type == DT_TYPE && line[position] == '(') return false;
 
-  // Deliberate: separators are skipped unseen, so that the name of
+  // Deliberate: all separators are skipped, so the name of
   // "type, public :: point" is "public".
   CopyWord(line + position, name);
   if (keyword.type == DT_MODULE) return STRCMP(name, "procedure") != 0;
@@ -62,7 +62,7 @@ static bool read_unit_name(const Marker& keyword, const char* line,
   return true;
 }
 
-// The unit keyword that begins a line, or null; `consumed` receives the
+// The unit keyword at the start of a line, or null. `consumed` receives the
 // position just past it.
 static const Marker* find_keyword(const char* line, int* consumed) {
   const char initial = to_upper(line[skip_white_space(line, 0)]);
@@ -95,7 +95,7 @@ void gather_declarations(char** file, bool fixed_form) {
   char line[stored_line_size];
   for (int line_number = 1;; ++line_number) {
     if (fgets(line, stored_line_size, source.get()) == 0) break;
-    // Deliberate: a file is at its end as soon as its last line is handed out,
+    // Deliberate: a file is at its end as soon as its last line has been read,
     // so that line is never examined.
     if (at_eof(source.get(), verbose > 0)) break;
     if (verbose > 4) std::printf("---%s", line);

@@ -37,8 +37,8 @@ Syntax* isSyntax(const char* text) {
   return nullptr;
 }
 
-// Each entry goes to the front of its list, so a list's order is the reverse of
-// the order below. "end", "call", "use" and "contains" are absent deliberately.
+// Each entry goes to the front of its list, so the lists are in reverse order.
+// "end", "call", "use" and "contains" are left out deliberately.
 // clang-format off
 static Marker marker6(DT_TYPE,       "TYPE");
 static Marker marker5(DT_INTERFACE,  "INTERFACE");

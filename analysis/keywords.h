@@ -8,12 +8,12 @@
 
 #include "analysis/dec_type.h"
 
-/// A keyword that opens a program unit. The list's order is the order in which
-/// the keywords are tried and in which the index page shows the kinds.
+/// A keyword that opens a program unit. The keywords are tried in the order of
+/// the list, and the index page shows the kinds of units in the same order.
 class Marker {
  public:
-  /// Puts the new entry, which must live as long as the program, at the front
-  /// of the list.
+  /// Adds the new entry at the front of the list. It must live as long as the
+  /// program.
   Marker(DecType type, const char* name);
   Marker(const Marker&) = delete;
   Marker& operator=(const Marker&) = delete;
@@ -31,14 +31,13 @@ class Marker {
 /// A word that pages may highlight.
 class Syntax {
  public:
-  /// Puts the new entry, which must live as long as the program, at the front
-  /// of the list.
+  /// Adds the new entry at the front of the list. It must live as long as the
+  /// program.
   Syntax(int level, const char* word);
   Syntax(const Syntax&) = delete;
   Syntax& operator=(const Syntax&) = delete;
 
-  /// Whether this entry's word stands at the very start of a text, as a whole
-  /// word.
+  /// Whether a text starts with this entry's word as a whole word.
   bool Is(const char* text) const;
 
   const char* word;  ///< in lower case; static text
@@ -48,6 +47,6 @@ class Syntax {
   static Syntax* first;
 };
 
-/// The first highlight word that stands at the start of a text and whose level
-/// html_style enables now; null when there is none.
+/// The first entry whose level html_style enables and whose word starts a text,
+/// see Is(). Null when there is none.
 Syntax* isSyntax(const char* text);

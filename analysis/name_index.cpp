@@ -5,14 +5,14 @@
 
 using Unit = Declaration::Registry::iterator;
 
-void add_calling(const Namesakes& units, const Calling& calling) {
-  if (units.share_callers) {
-    units.first->second->callers.insert_in_all(calling);
+void add_reference(const Namesakes& units, const Calling& reference) {
+  if (units.share_references) {
+    units.first->second->callers.insert_in_all(reference);
     return;
   }
   Unit unit = units.first;
   for (int i = 0; i < units.count; ++i, ++unit)
-    unit->second->callers.insert(calling);
+    unit->second->callers.insert(reference);
 }
 
 const NameIndex& NameIndex::current() {
@@ -40,9 +40,9 @@ void NameIndex::build() {
   size = Declaration::decs.size();
 }
 
-// A name with hundreds of units would take hundreds of records for each
-// reference to it. So units that have no references yet share what comes.
-static bool share_callers(Unit first, int count) {
+// A reference to a name with hundreds of units would need hundreds of records.
+// So namesakes share their references, unless one of them has some already.
+static bool share_references(Unit first, int count) {
   if (count == 1) return false;
   Unit unit = first;
   for (int i = 0; i < count; ++i, ++unit)
@@ -54,17 +54,18 @@ static bool share_callers(Unit first, int count) {
   return true;
 }
 
-// The order of openings: numbers, for slots may lie in different arrays.
-static auto place_of(char** file, int line) {
+// What openings are sorted by. Addresses become numbers: pointers into
+// different arrays have no order.
+static auto sort_key(char** file, int line) {
   return std::pair(reinterpret_cast<std::uintptr_t>(file), line);
 }
 
 void NameIndex::add_name(Unit first, int count) {
   const std::size_t begin = openings.size() - static_cast<std::size_t>(count);
-  entries.push_back({{first, count, share_callers(first, count)}, begin});
+  entries.push_back({{first, count, share_references(first, count)}, begin});
   std::stable_sort(openings.begin() + static_cast<std::ptrdiff_t>(begin),
                    openings.end(), [](const Opening& a, const Opening& b) {
-                     return place_of(a.file, a.line) < place_of(b.file, b.line);
+                     return sort_key(a.file, a.line) < sort_key(b.file, b.line);
                    });
 }
 
@@ -93,9 +94,9 @@ int NameIndex::declared(const Entry& entry, char** file, int line) const {
   const auto begin =
       openings.begin() + static_cast<std::ptrdiff_t>(entry.first_opening);
   auto opening =
-      std::upper_bound(begin, begin + entry.units.count, place_of(file, line),
-                       [](const auto& place, const Opening& o) {
-                         return place < place_of(o.file, o.line);
+      std::upper_bound(begin, begin + entry.units.count, sort_key(file, line),
+                       [](const auto& key, const Opening& o) {
+                         return key < sort_key(o.file, o.line);
                        });
   if (opening == begin) return 0;
   --opening;

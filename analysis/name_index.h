@@ -1,4 +1,4 @@
-// The names of the registry, looked up by the words of the sources.
+// A hash table of the names in the registry.
 
 #pragma once
 
@@ -13,36 +13,36 @@
 struct Namesakes {
   Declaration::Registry::iterator first;
   int count;
-  bool share_callers;  ///< they hold the same references
+  bool share_references;  ///< whether they share their references
 };
 
 /// Records a reference to all units of a name.
-void add_calling(const Namesakes& units, const Calling& calling);
+void add_reference(const Namesakes& units, const Calling& reference);
 
-/// What a word of a line stands for.
+/// What a word of a line means.
 struct Meaning {
   const Namesakes* units = nullptr;  ///< the units of this name; null: none
-  /// The definition index of the unit of this name that is declared on this
-  /// very line of this file; of several the last one. 0: none is.
+  /// The definition index of the unit of this name that this line of this file
+  /// declares: the last one if there are several, 0 if there is none.
   int declared = 0;
 
   bool is_reference() const { return units != nullptr && declared == 0; }
 };
 
-/// An index of the registry as it was at one moment. Most words of a source
-/// name no unit; for them it takes one look into a small table.
+/// A hash table of the names in the registry. Most words of a source name no
+/// unit; looking one of them up reads one byte of a small table.
 class NameIndex {
  public:
-  /// The index of the registry as it is now. It is built anew when the registry
-  /// has changed since the last call; then an index handed out before, and what
-  /// it gave, must not be used any more. Others may erase units of `decs` and
-  /// insert them again under their names, with a call between the two: the size
-  /// of the registry shows it.
+  /// The table for the registry as it is now. It is built again if the registry
+  /// has changed since the last call; all results of earlier look-ups are then
+  /// invalid. Only a new generation or a new size shows that the registry has
+  /// changed: code that erases units from `decs` and inserts them again must
+  /// call this function in between.
   static const NameIndex& current();
 
-  /// Decides what a word stands for. Case is ignored.
+  /// Looks a word up, ignoring case.
   ///
-  ///   file, line  where it stands
+  ///   file, line  where the word is
   Meaning look_up(const Word& word, char** file, int line) const {
     for (auto i = place(word.hash); tags[i] != empty; i = next(i))
       if (tags[i] == tag(word.hash)) {
@@ -54,21 +54,21 @@ class NameIndex {
   }
 
  private:
-  // A line that declares a unit of a name.
+  // A line that declares a unit.
   struct Opening {
     char** file;
     int line;
-    int index;
+    int index;  // the unit's definition index
   };
 
-  // A name. Its openings come one after the other, in their order.
+  // A name. Its openings are adjacent and sorted.
   struct Entry {
     Namesakes units;
     std::size_t first_opening;
   };
 
-  // A hash table with linear probing. Its tags lie by themselves, so that those
-  // of all names fit into the processor's cache.
+  // The hash table uses linear probing. Its tags are apart from its slots, so
+  // that those of all names fit into the processor's cache.
   using Tag = std::uint8_t;
   static constexpr Tag empty = 0;
 
@@ -92,7 +92,7 @@ class NameIndex {
 
   std::vector<Entry> entries;
   std::vector<Opening> openings;
-  std::vector<Tag> tags;             // a power of two, at most an eighth in use
+  std::vector<Tag> tags;             // 2^n of them, at most an eighth in use
   std::vector<std::uint32_t> slots;  // the entries of the tags
   unsigned generation = 0;
   std::size_t size = 0;  // of the registry
@@ -100,10 +100,10 @@ class NameIndex {
 
 /// Looks a word up in the registry, without regard to case.
 ///
-///   file, line  where the word stands
-///   self        out: the definition index of the unit of this name that is
-///               declared on this very line of this file, 0 if none is: then
-///               the word is a reference
+///   file, line  where the word is
+///   self        out: the definition index of the unit of this name that this
+///               line of this file declares; 0 if there is none, and the word
+///               is a reference
 ///   count       out: the number of units of this name
 ///
 /// Returns the first unit of this name, or the registry's end.

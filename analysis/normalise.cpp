@@ -18,8 +18,8 @@ static void hide_fixed_form_comment(char* line) {
   if (*line == 'c' || *line == 'C') blank_up_to(line, '\n');
 }
 
-// Deliberate: the apostrophe delimits nothing, so its strings stay visible and
-// a "!" inside one starts a comment.
+// Deliberate: the apostrophe delimits no string. Text between apostrophes stays
+// visible, and a "!" in it starts a comment.
 static void hide_free_form(char* line) {
   for (char* at = line;;) {
     at += std::strcspn(at, "!\"");
@@ -41,7 +41,7 @@ void hide_F90_strings_comments(char* line, bool fixed_form) {
     hide_free_form(line);
 }
 
-// ramFILE_imp is the only implementation there is.
+// ramFILE_imp is the only implementation of ramFILE.
 static ramFILE_imp& lines_of(ramFILE* file) {
   return *static_cast<ramFILE_imp*>(file);
 }
@@ -60,8 +60,8 @@ static std::size_t length_without_line_end(std::string_view line) {
   return length;
 }
 
-// The rule looks at the raw text: blanks or a comment after the "&" end the
-// statement.
+// The "&" must be the last character: a line with a blank or a comment after it
+// is not continued.
 static bool is_continued(std::string_view line) {
   const std::size_t length = length_without_line_end(line);
   return length > 0 && line[length - 1] == '&';

@@ -8,7 +8,7 @@ static const std::size_t block_size = 1 << 15;
 Pieces::Pieces(const char* path, std::size_t piece_size)
     : file(std::fopen(path, "r")), longest(piece_size - 1) {
   if (file == nullptr) return;
-  // The blocks go where they are needed, not through a buffer of the stream.
+  // Blocks are read straight into `buffer`, so the stream needs none.
   std::setvbuf(file, nullptr, _IONBF, 0);
   buffer.reset(new char[block_size + piece_size]);
   begin = end = buffer.get();
@@ -18,7 +18,7 @@ Pieces::~Pieces() {
   if (file != nullptr) std::fclose(file);
 }
 
-// Reads a block behind what is left of the last one.
+// Moves the rest of the last block to the front and reads the next block.
 void Pieces::fill() {
   const auto left = static_cast<std::size_t>(end - begin);
   begin = static_cast<char*>(std::memmove(buffer.get(), begin, left));

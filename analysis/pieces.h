@@ -1,4 +1,4 @@
-// Files read in pieces, as fgets() reads them, without a copy of each.
+// Files read in pieces, as fgets() reads them, without copying each piece.
 
 #pragma once
 
@@ -7,10 +7,10 @@
 #include <memory>
 #include <string_view>
 
-/// Hands out the pieces that fgets() would read one by one into a buffer of
-/// `piece_size` bytes: each is as long as the buffer and its closing NUL allow
-/// unless a line end or the end of the file ends it before. The file is read in
-/// large blocks. What a read error cuts off is dropped.
+/// Yields the pieces that calls of fgets() would read into a buffer of
+/// `piece_size` bytes: a piece ends after a line end, at the end of the file or
+/// when the buffer is full. The file is read in large blocks. A piece that a
+/// read error cuts short is dropped.
 class Pieces {
  public:
   /// Opens a file for reading.
@@ -24,13 +24,13 @@ class Pieces {
   /// Whether the file could be opened.
   bool is_open() const { return file != nullptr; }
 
-  /// Moves on to the next piece. It is followed by a NUL and stays until the
-  /// next call; a NUL byte in the file ends it early. Returns false when
-  /// nothing is left.
+  /// Moves to the next piece. It is followed by a NUL and is valid until the
+  /// next call. A NUL byte in the file hides the rest of its piece. Returns
+  /// false when nothing is left.
   bool next(std::string_view& piece);
 
-  /// Whether the end of the file was met in reading the last piece: nothing
-  /// else ended it.
+  /// Whether the last piece ended at the end of the file, not after a line end
+  /// and not because the buffer was full.
   bool at_end() const { return met_end; }
 
  private:
@@ -38,10 +38,10 @@ class Pieces {
 
   std::FILE* file;
   std::size_t longest;             // piece, without its NUL
-  std::unique_ptr<char[]> buffer;  // a block, a piece and a NUL
-  char* begin = nullptr;           // what has been read and not been handed out
+  std::unique_ptr<char[]> buffer;  // room for a block, a piece and a NUL
+  char* begin = nullptr;           // of the text that no piece has covered yet
   char* end = nullptr;
-  char hidden = '\0';  // the character that the last piece's NUL took away
+  char hidden = '\0';  // the character that the last piece's NUL replaces
   bool read_all = false;
   bool has_nul = false;
   bool met_end = false;

@@ -1,6 +1,5 @@
-// Physical lines are read in pieces of a fixed size, and each piece is stored
-// as a line of its own. Deliberate: all line numbers of the declaration pass
-// count these pieces.
+// A physical line that is too long is stored in pieces, each of them as one
+// line. Deliberate: the line numbers of the declaration pass count the pieces.
 
 #include "analysis/ram_file.h"
 

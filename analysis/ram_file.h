@@ -1,8 +1,8 @@
 // A source file held in memory as lines and read like a standard stream.
 //
 // The declaration pass reads its files this way, so that the lines can be
-// rewritten in place between loading and reading. Lines count from 1; one entry
-// of the file is one line, and sizes are bytes that include the closing NUL.
+// rewritten in place between loading and reading. Lines count from 1. Sizes are
+// in bytes and include the closing NUL.
 
 #pragma once
 
@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
-/// The largest piece of a physical line that is stored as one line, closing
-/// NUL included.
+/// The size of the largest piece of a physical line that is stored as one line,
+/// closing NUL included.
 constexpr int stored_line_size = 1024;
 
 /// A source file in memory.
@@ -33,8 +33,8 @@ class ramFILE {
   /// the text now in the buffer, 0 at the end of the file.
   ///
   ///   size  of the buffer; like strncpy, the copy of a line that does not fit
-  ///         with its NUL is cut to `size` bytes and left without a NUL. Below
-  ///         1 nothing is read or written, and 0 is returned
+  ///         with its NUL is cut to `size` bytes and left without a NUL. If it
+  ///         is below 1, nothing is read or written, and 0 is returned
   virtual int fgets(char* buffer, int size) = 0;
   /// Whether the read position has passed the last line, which is so as soon
   /// as that line has been handed out. True when not ok().
@@ -48,7 +48,7 @@ class ramFILE {
   ramFILE& operator=(const ramFILE&) = delete;
 };
 
-/// The implementation of ramFILE, for those who edit the lines in place.
+/// The implementation of ramFILE, for code that edits the lines in place.
 class ramFILE_imp final : public ramFILE {
  public:
   using Lines = std::vector<char*>;
@@ -63,15 +63,15 @@ class ramFILE_imp final : public ramFILE {
   bool at_eof() override;
 
   /// The lines, each with its line end as read and a NUL. They may be
-  /// overwritten, and exchanged for others that copy() made.
+  /// overwritten, and replaced by texts that copy() made.
   Lines::iterator begin() { return lines.begin(); }
   Lines::iterator end() { return lines.end(); }
 
   /// A copy of a text, NUL added, that lives as long as the lines do.
   char* copy(std::string_view text);
 
-  /// Drops every line; the read position stays as it was and is of no use
-  /// until the next reload() or rewind().
+  /// Drops every line. The read position is invalid until the next reload() or
+  /// rewind().
   void release();
 
  private:
@@ -85,7 +85,7 @@ class ramFILE_imp final : public ramFILE {
 int fgets(char* buffer, int size, ramFILE* file);
 
 /// Does nothing, deliberately: a handle stays usable until its owner deletes
-/// it. It stands here so that a handle reads like a stream.
+/// it. It exists so that a handle is used like a stream.
 void fclose(ramFILE* file);
 
 /// file->at_eof(); when `report` is set and the file is at its end, writes

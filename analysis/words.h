@@ -1,10 +1,10 @@
 // What a word is, and how words and keywords are found and compared.
 //
-// A word is an unbroken run of letters, digits, "_" and "."; the dot belongs to
-// it so that dotted operators such as .cross. are single words. Case is ignored
-// in every comparison. Characters are classed as ASCII, whatever the locale:
-// bytes above 127 are neither word characters nor white space and have no other
-// case. Columns are bytes counted from 0. Nothing here allocates or fails.
+// A word is an unbroken run of letters, digits, "_" and "."; with the dot,
+// operators such as .cross. are single words. Comparisons ignore case. The
+// locale has no effect: bytes above 127 are neither word characters nor white
+// space and have no other case. Columns are bytes counted from 0. Nothing here
+// allocates or fails.
 
 #pragma once
 
@@ -15,8 +15,8 @@
 
 #include "driver/ascii.h"
 
-/// Size of a buffer that receives a word, closing NUL included. Longer words
-/// are known by as many characters as fit, in every pass the same.
+/// Size of a buffer that receives a word, closing NUL included. Of longer words
+/// every pass uses only the characters that fit.
 constexpr int word_size = 256;
 
 /// The column of the first character at or after a column that is not white
@@ -29,18 +29,18 @@ inline int skip_white_space(const char* line, int column) {
 /// Whether a character belongs to a word.
 bool isALNUM(char c);
 
-/// Compares two texts without regard to case: 0 when they are equal.
-/// Deliberate: otherwise the sign is the opposite of strcmp's. It is the
-/// difference of the first characters that differ, in lower case, `b`'s minus
-/// `a`'s; when one text ends first, the other's character counts as it stands.
+/// Compares two texts, ignoring case: 0 when they are equal. Otherwise the
+/// result is the difference of the first characters that differ, in lower case,
+/// `b`'s minus `a`'s. Deliberate: the sign is the opposite of strcmp's; when
+/// one text ends first, the other's character is not turned into lower case.
 int STRCMP(const char* a, const char* b);
 
 /// The last component of a path: a pointer just past its last `slash`, or the
 /// path itself when it holds none. Points into *file.
 char* file_part(char** file);
 
-/// Finds the next word of a line, at or after a column, and copies it. The
-/// passes use find_next().
+/// Finds the next word of a line, at or after a column, and copies it. Part of
+/// the interface; the passes use find_next().
 ///
 ///   line   NUL-terminated
 ///   word   receives the word; word_size bytes
@@ -52,8 +52,7 @@ char* file_part(char** file);
 /// Returns false, with an empty word, when the line holds no further word.
 bool NextWord(const char* line, char* word, int& start, int& end);
 
-/// A number made of the characters of a name, without regard to case. Different
-/// names may share it.
+/// A hash of a name that ignores case.
 using NameHash = std::uint64_t;
 
 NameHash hash_of(std::string_view name);
@@ -65,8 +64,8 @@ constexpr bool is_word_character(char c) {
          (c >= '0' && c <= '9') || c == '_' || c == '.';
 }
 
-// What the walk over a line needs to know of a character: the upper-case form
-// of one that belongs to a word, or one of these two.
+// What the scan of a line needs to know about a character: the upper-case form
+// of a word character, or one of these two.
 constexpr unsigned separator = 0;
 constexpr unsigned line_end = 1;
 
@@ -83,7 +82,7 @@ inline constexpr auto forms = []() {
 
 inline unsigned form_of(char c) { return forms[static_cast<unsigned char>(c)]; }
 
-// Rotating by 7 of 64 bits keeps nine characters apart; further ones overlap.
+// Rotating 64 bits by 7 keeps nine characters apart; older ones overlap them.
 inline NameHash hash_with(NameHash hash, unsigned upper_case) {
   const int step = 7;
   return (hash << step | hash >> (64 - step)) ^ upper_case;
@@ -95,14 +94,14 @@ inline NameHash hash_with(NameHash hash, unsigned upper_case) {
 struct Word {
   int start = 0;
   int end = 0;  ///< just past the whole word
-  /// What the word is known by: its first word_size - 1 characters, in the
-  /// line.
+  /// The first word_size - 1 characters of the word, a view into the line. All
+  /// passes compare these only.
   std::string_view name;
   NameHash hash = 0;  ///< of the name
 };
 
-/// Moves on to the next word of a line; a new Word stands before the first one.
-/// All passes walk the words of a line this way. Returns false when there is no
+/// Moves to the next word of a line; from a new Word, to the first. All passes
+/// find the words of a line with this function. Returns false when there is no
 /// further word.
 inline bool find_next(const char* line, Word& word) {
   const char* at = line + word.end;
@@ -121,18 +120,18 @@ inline bool find_next(const char* line, Word& word) {
   return at != start;
 }
 
-/// Copies the first word of a text; the empty text when there is none.
+/// Copies the first word of a text, or the empty text when there is none.
 ///
 ///   word  word_size bytes
 void CopyWord(const char* text, char* word);
 
 /// Whether a text begins, after white space, with a keyword that no further
-/// word character follows. An empty keyword is found where no word begins.
+/// word character follows. An empty keyword matches where no word begins.
 ///
 ///   consumed  out: the number of white-space characters skipped, plus the
 ///             keyword's length when it was found
 bool match(const char* keyword, const char* text, int* consumed);
 
-/// Whether a word stands at the very start of a text and no further word
-/// character follows. An empty word is found where no word begins.
+/// Whether a text begins with a word that no further word character follows. An
+/// empty word matches where no word begins.
 bool starts_with_word(const char* text, const char* word);

@@ -199,12 +199,12 @@ TEST_F(IsDeclaration, SeesARegistryOfTheSizeThatItHadBefore) {
 // References, each from the line of a.f90 that is its number.
 class CallersOfNamesakes : public Names {
  protected:
-  // As the call pass does with a name that it finds.
+  // As the reference pass does with a name that it finds.
   void refer_to_solve(int line, Slot slot = a) {
     const Word solve{0, 0, "solve", hash_of("solve")};
     const Meaning meaning =
         NameIndex::current().look_up(solve, files.slot(slot), line);
-    add_calling(*meaning.units, {files.slot(slot), line});
+    add_reference(*meaning.units, {files.slot(slot), line});
   }
 
   // A unit of that name, in a file that refers to nothing.
