@@ -1,4 +1,4 @@
-// What characters are, as ASCII has it, whatever the locale.
+// Classification of ASCII characters, whatever the locale.
 
 #pragma once
 

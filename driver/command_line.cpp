@@ -8,7 +8,8 @@ static bool is_option(const char* argument, const char* option) {
   return std::strcmp(argument, option) == 0;
 }
 
-// As atoi() does, but defined for numbers of any size; no number gives 0.
+// Like atoi(), but defined for numbers of any size. A text without a number
+// gives 0.
 static int read_level(const char* text) {
   return static_cast<int>(std::strtol(text, nullptr, 10));
 }
@@ -17,8 +18,8 @@ CommandLine read_command_line(int argc, const char* const* argv) {
   CommandLine options;
   int n = argc;
   if (n > 1) {
-    // Deliberate: any last argument in which "-h" occurs asks for help, so
-    // that -h, --h, -help and --help all do (and a name like data-h, too).
+    // Deliberate: any last argument that contains "-h" asks for help: -h, --h,
+    // -help and --help, but also a name like data-h.
     if (std::strstr(argv[n - 1], "-h") != nullptr) {
       options.help = true;
       return options;

@@ -1,8 +1,8 @@
 // The program's own options, read from the end of the argument list.
 //
 // The full form is: toolkit switches, then -r, then any number of -e with an
-// extension, then -v with a level, then -h. Reading backwards leaves whatever
-// stands before the recognised options to the toolkit's parser.
+// extension, then -v with a level, then -h. Whatever comes before the
+// recognised options is left to the toolkit's parser.
 
 #pragma once
 
@@ -10,7 +10,7 @@
 #include <set>
 #include <string>
 
-/// What the arguments ask for.
+/// The options that were given.
 struct CommandLine {
   bool help = false;                 ///< print the usage and do nothing else
   std::optional<int> verbosity;      ///< level given with -v
@@ -20,8 +20,8 @@ struct CommandLine {
                       ///< left for the toolkit's parser
 };
 
-/// Reads the options of main()'s arguments; argv is not changed and nothing
-/// is reported. Words that are no option in their place stay in `remaining`.
+/// Reads the options from main()'s arguments. Reports nothing and does not
+/// change argv. Words that are not recognised stay in `remaining`.
 CommandLine read_command_line(int argc, const char* const* argv);
 
 /// Prints the usage text on standard output; `program` is argv[0] as given.

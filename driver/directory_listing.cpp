@@ -10,8 +10,8 @@ static int by_number(const dirent** a, const dirent** b) {
   return fl_numericsort(const_cast<dirent**>(a), const_cast<dirent**>(b));
 }
 
-// The system's own listing, because that of the toolkit, from FLTK 1.3 on,
-// recodes names where the locale is not UTF-8.
+// Uses scandir() because fl_filename_list(), from FLTK 1.3 on, recodes names
+// where the locale is not UTF-8.
 std::vector<std::string> list_directory(const char* dir) {
   dirent** entries = nullptr;
   const int count = scandir(dir, &entries, nullptr, by_number);
@@ -25,8 +25,8 @@ std::vector<std::string> list_directory(const char* dir) {
   return names;
 }
 
-// The toolkit copies a path that ends in "/" into a buffer of fixed size,
-// without a look at its length; other paths it leaves where they are.
+// The toolkit copies a path that ends in "/" into a buffer of fixed size
+// without checking its length. It does not copy other paths.
 bool is_directory(const std::string& path) {
   std::string bare = path;
   while (bare.size() > 1 && bare.back() == '/') bare.pop_back();

@@ -1,4 +1,4 @@
-// What stands in a directory, and what is one.
+// Listing directories and recognising them.
 
 #pragma once
 

@@ -34,9 +34,9 @@ static void open_standard_streams() {
   close(stream);
 }
 
-// A report into a pipe that nobody reads raises SIGPIPE, which would end the
-// program. It is handled, not ignored: a browser started here would inherit
-// that it is ignored. But where it was ignored at the start, it stays so.
+// Writing a report into a pipe that nobody reads raises SIGPIPE, which would
+// end the program. The signal gets a handler: a browser started here would
+// inherit an ignored signal. A signal ignored at the start stays ignored.
 static void survive_broken_pipes() {
   if (signal(SIGPIPE, [](int) {}) == SIG_IGN) signal(SIGPIPE, SIG_IGN);
 }
@@ -54,8 +54,8 @@ static void print_and_exit(const char* format, ...) {
   std::exit(1);
 }
 
-// The toolkit's parser only prints its own switches when it meets a word that
-// it does not know, and returns: its error hook ends the program instead.
+// The toolkit's parser only prints its switches when it meets a word that it
+// does not know, and returns. So its error hook ends the program.
 static void read_toolkit_switches(int count, char** arguments) {
   void (*const hook)(const char*, ...) = Fl::error;
   Fl::error = print_and_exit;
@@ -63,8 +63,8 @@ static void read_toolkit_switches(int count, char** arguments) {
   Fl::error = hook;
 }
 
-// Lets the toolkit draw a window that is shown, for it is not drawn during the
-// search. One on another workspace is not drawn, and not waited for long.
+// Draws the window now, because the search for files handles no events. A
+// window on another workspace is never drawn, so the wait is limited.
 static void draw_now(Fl_Window& window) {
   using Clock = std::chrono::steady_clock;
   const auto deadline = Clock::now() + std::chrono::seconds(2);

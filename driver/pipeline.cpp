@@ -1,6 +1,7 @@
-// Three passes over all files, because a reference may precede its unit in the
-// file order and a page lists callers from any file: every declaration is known
-// before references are sought, and every reference before a page is written.
+// Three passes over all files. The first finds all declarations, because a
+// reference may precede its unit in the file order. The second finds all
+// references, because a page lists references from any file. The third writes
+// the pages.
 
 #include "driver/pipeline.h"
 

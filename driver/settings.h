@@ -1,8 +1,8 @@
 // The run settings: the program-wide variables that every pass reads.
 //
-// All of them stand before main() runs and live as long as the process. They
-// are read and written on the main thread only, at the moment of use: nothing
-// copies them at the start of a run.
+// They are initialised before main() runs and live as long as the process. They
+// are read and written on the main thread only. Nothing copies them at the
+// start of a run: a change takes effect at once.
 
 #pragma once
 
@@ -13,7 +13,7 @@
 class ZelkorUserInterface;
 
 /// The bits of html_style, by value. The level bits are tested independently
-/// and the widest one set wins; LEVEL_NONE is known to the window alone.
+/// and the highest one set wins; only the window uses LEVEL_NONE.
 enum HtmlStyle : std::uint32_t {
   HIDE_STRINGS_AND_COMMENTS = 1,  ///< before scanning for references
   WRITE_INDEX = 2,                ///< write the index page after the pages
@@ -22,7 +22,7 @@ enum HtmlStyle : std::uint32_t {
   LEVEL_1 = 1024,     ///< highlight keywords of level 1
   LEVEL_2 = 2048,     ///< highlight keywords up to level 2
   LEVEL_3 = 4096,     ///< highlight keywords up to level 3
-  LEVEL_NONE = 8192,  ///< no level chosen
+  LEVEL_NONE = 8192,  ///< the level "None"
 };
 
 /// Output options, a set of HtmlStyle bits. Initially WRITE_INDEX,
@@ -40,7 +40,7 @@ extern int verbose;
 /// Path separator, '/'.
 extern char slash;
 
-/// Time stamp that all pages of one run carry.
+/// Time stamp of all pages of one run.
 extern std::time_t date_time;
 
 /// The main window's object; null until its window is made. Not owned.

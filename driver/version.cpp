@@ -1,14 +1,14 @@
-// The scheme: the first number counts years from 2007, the second the thirds of
-// the year (four months each, from 0), the third the days within the third, 32
-// to a month. With one more day or month the version never gets smaller.
+// The first number of a version counts the years from 2007, the second the
+// thirds of a year from 0 (four months each), the third the days of a third, as
+// if each month had 32. So a later date has a higher version.
 
 #include "driver/version.h"
 
 #include <algorithm>
 #include <sstream>
 
-// This file alone reads the date macro: a definition from outside replaces it
-// in tests and in reproducible builds.
+// Only this file reads the date macro. Tests and reproducible builds define
+// ZELKOR_BUILD_DATE instead.
 #ifndef ZELKOR_BUILD_DATE
 #define ZELKOR_BUILD_DATE __DATE__
 #endif
@@ -20,7 +20,7 @@ std::string build_year() {
   return date.substr(std::max<std::size_t>(date.size(), 4) - 4);
 }
 
-// The month, 1 to 12, told from the letters of its English abbreviation.
+// The month, 1 to 12, from the letters of its English abbreviation.
 static int month_number(const std::string& word) {
   const auto letter = [&word](std::size_t i) {
     return i < word.size() ? word[i] : '\0';

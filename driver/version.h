@@ -12,9 +12,8 @@ const char* build_date();
 std::string build_year();
 
 /// The version of a build made on a date: three decimal numbers joined by
-/// ".", so that a later build never has a smaller version. 1 March 2009 gives
-/// "2.0.65".
+/// "."; a later date has a higher version. 1 March 2009 gives "2.0.65".
 ///
-///   date  month abbreviation, day and year, separated by blanks; a month word
-///         that cannot be told counts as January, a missing number as 0
+///   date  month abbreviation, day and year, separated by blanks; an unknown
+///         month word counts as January, a missing number as 0
 std::string version_text(const char* date);
