@@ -12,8 +12,8 @@
 #include "driver/ascii.h"
 #include "gui/dialog.h"
 
-// FLTK 1.4 takes a text of several lines to be as wide as the widest of them.
-// So what stands before `line` and what follows are measured apart.
+// FLTK 1.4 measures a text of several lines as wide as its widest line. So the
+// text before `line` and the rest are measured separately.
 int est_num_lines(const char* text, int width) {
   int count = 0;
   int line_begin = 0;    // where the current line began, in pixels
@@ -41,8 +41,8 @@ static void settle_events() {
   while (Fl::ready()) Fl::wait(0.125);
 }
 
-// Keys are for the buttons. The mouse can mark text, which then has the focus
-// until a key leads away from it.
+// Keys go to the buttons. The mouse can select text, which then has the focus
+// until a key moves the focus away.
 static void focus_by_mouse(void* output) {
   auto* text = static_cast<Fl_Multiline_Output*>(output);
   if (Fl::pushed() == text) {

@@ -23,7 +23,7 @@ Fl_Dialog::Fl_Dialog(int x, int y, int w, int h, const char* label)
       row->resizable(o);
     } // Fl_Box* o
     { okay_button = new Fl_Button(w - 75, h - 35, 60, 25, "okay");
-      // The character of both Return and the keypad's Enter.
+      // Return and the keypad's Enter both produce this character.
       okay_button->shortcut('\r');
     } // Fl_Button* okay_button
     // Deliberate: this takes the place of the spacer set above.

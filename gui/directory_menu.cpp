@@ -7,8 +7,8 @@
 
 #include "gui/labels.h"
 
-// A name in the form that Fl_Menu_::add() turns back into that name: it drops
-// backslashes and takes a leading "_" for a divider.
+// Escapes a name for Fl_Menu_::add(), which drops backslashes and treats a
+// leading "_" as a divider.
 static std::string menu_text(const std::string& name) {
   std::string text;
   if (name[0] == '_') text += '\\';
@@ -19,8 +19,8 @@ static std::string menu_text(const std::string& name) {
   return text;
 }
 
-// Shows the names of a menu and of its items as they are. Each add() moves the
-// items, so this comes after the last one.
+// Makes a menu and its items show their names literally. Call it after the last
+// add(), because each add() moves the items.
 static void draw_literally(Fl_Menu_* menu) {
   menu->labeltype(literal_label());
   auto* items = const_cast<Fl_Menu_Item*>(menu->menu());
@@ -36,7 +36,7 @@ void dir_menu(Fl_Menu_* menu, const char* path) {
       names.size() < 2 ? std::string::npos : names.rfind('/', names.size() - 2);
   menu->label(end == std::string::npos ? path : path + end + 1);
   menu->clear();
-  // The root is never an item, and a doubled "/" has no name between.
+  // The root is never an item. A doubled "/" has no name in between.
   while (end != std::string::npos && end != 0) {
     const std::size_t slash_before = names.rfind('/', end - 1);
     const std::size_t begin =

@@ -7,6 +7,6 @@ class Fl_Menu_;
 /// Labels a menu with the last name of a path and fills it with the names
 /// before it, nearest first.
 ///
-///   path  one trailing "/" is ignored, but shows in the label; the label
-///         points into this text, which must stay as long as the label
+///   path  one trailing "/" is ignored, but appears in the label. The label
+///         points into this text, which must live as long as the label
 void dir_menu(Fl_Menu_* menu, const char* path);

@@ -21,7 +21,7 @@
 #include "gui/special_browser.h"
 #include "gui/user_interface.h"
 
-// To the directory that was clicked in Potential Files.
+// The change to the directory that was clicked in Potential Files.
 static PendingChange pending_change;
 
 static std::string without_trailing_slash(const char* path) {
@@ -43,7 +43,6 @@ std::vector<std::string> texts_of(const Fl_Browser* list) {
   return texts;
 }
 
-// As already_included() tells, for many paths.
 static std::set<std::string> included_paths() {
   const auto paths = texts_of(gui_instance->selected_files);
   return {paths.begin(), paths.end()};
@@ -88,16 +87,16 @@ void store_current_directory(ZelkorUserInterface* ui, const char* path) {
         " maximum length is %d",
         longest);
   }
-  // The path may be a text that this very buffer holds.
+  // The path may point into current_directory.
   const std::string text(path, strnlen(path, longest));
   std::memcpy(ui->current_directory, text.c_str(), text.size() + 1);
 }
 
-// A path in the toolkit's absolute form, cut to 255 characters. Below a working
-// directory of more characters the path stays as it is: FLTK 1.4 would make it
-// absolute with a cut name of that directory. The toolkit writes beyond its
-// buffer when the working directory fills that to the brim, so it has more room
-// than it is to use.
+// A path in the toolkit's absolute form, cut to 255 characters. If the working
+// directory has more characters, the path stays relative: FLTK 1.4 would make
+// it absolute with a cut name of that directory. If the working directory has
+// exactly 255, the toolkit writes beyond the size that it is given, so the
+// buffer is larger.
 static std::string absolute_form(const std::string& path) {
   const int size = 256;
   char absolute[2 * size];
@@ -116,7 +115,7 @@ void change_dir_to(ZelkorUserInterface* ui, const char* dir) {
   dir_menu(ui->dir_menu_button, ui->current_directory);
 }
 
-// The name that a line of a list shows, without its format prefixes.
+// The name that a line of a list shows, without the format prefixes.
 static const char* without_format(const Fl_Browser* list, const char* text) {
   while (*text == list->format_char() && text[1] != '\0') text += 2;
   return *text == list->format_char() ? text + 1 : text;
@@ -137,7 +136,7 @@ static void drop_from_selection(Fl_Multi_Browser* list, int line,
   list->callback(callback, user_data);
 }
 
-// Where an entry of a directory leads.
+// The path of an entry of a directory.
 static std::string joined(std::string directory, const std::string& name) {
   if (name == ".") return directory;
   if (name == "..") {
@@ -161,8 +160,8 @@ void change_dir_click_cb(Fl_Multi_Browser* list, void* ui) {
   const std::string directory = joined(interface->current_directory, name);
   pending_change.make([=] {
     change_dir_to(interface, directory.c_str());
-    // A button may still be down: the slightest move of the mouse would select
-    // a line of the new list.
+    // A mouse button may still be pressed. Without this, the slightest move of
+    // the mouse would select a line of the new list.
     Fl::pushed(nullptr);
   });
 }
@@ -182,7 +181,7 @@ void change_dir_menu_cb(Fl_Menu_* menu, void* ui) {
                 directory.substr(0, found + std::strlen(name)).c_str());
 }
 
-// Lists the current directory anew, at the place where it was scrolled to.
+// Lists the current directory again and keeps the scroll position.
 static void refill_potential_files(ZelkorUserInterface* ui) {
   const int top = ui->potential_files->topline();
   fill_files(ui->potential_files, ui->current_directory);
@@ -212,7 +211,7 @@ void remove_files_cb(Fl_Button* /*button*/, ZelkorUserInterface* ui) {
   for (int line = 1; line <= list->size(); ++line)
     if (!list->selected(line)) kept.emplace_back(list->text(line));
 
-  // See SpecialBrowser: lines are taken out by adding the others anew.
+  // SpecialBrowser cannot remove single lines, so the others are added again.
   const int top = list->topline();
   list->clear();
   for (const std::string& path : kept) list->add(path.c_str());

@@ -20,14 +20,14 @@ class ZelkorUserInterface;
 /// Copies of the texts of a list, from its first line to its last.
 std::vector<std::string> texts_of(const Fl_Browser* list);
 
-/// Refills a list with the entries of a directory, without the files that stand
-/// in the Selected Files of gui_instance. Returns false, and leaves the list as
-/// it is, when the directory cannot be listed.
+/// Refills a list with the entries of a directory, without the files that are
+/// in the Selected Files of gui_instance. Returns false and does not change the
+/// list when the directory cannot be listed.
 bool fill_files(Fl_Multi_Browser* list, const char* dir);
 
-/// Lists a directory in Potential Files and makes it the current directory,
-/// menu included. Nothing changes when it cannot be listed. Absolute paths are
-/// cut to 255 characters.
+/// Lists a directory in Potential Files, makes it the current directory and
+/// updates the directory menu. Nothing changes when it cannot be listed.
+/// Absolute paths are cut to 255 characters.
 void change_dir_to(ZelkorUserInterface* ui, const char* dir);
 
 /// Makes an absolute path the current directory's text. A path that does not
@@ -45,19 +45,19 @@ int select_count(Fl_Browser* list);
 /// "<<<": adds the selected Potential Files to Selected Files, once each.
 void add_files_cb(Fl_Button* button, ZelkorUserInterface* ui);
 
-/// ">>>": takes the selected lines out of Selected Files.
+/// ">>>": removes the selected lines from Selected Files.
 void remove_files_cb(Fl_Button* button, ZelkorUserInterface* ui);
 
 /// A name of the directory menu was chosen: lists that parent directory.
-/// Deliberate: the name is sought as a mere piece of the current directory's
-/// text, and its last occurrence is taken.
+/// Deliberate: the parent's path ends with the last occurrence of the name in
+/// the current directory's path, even in the middle of a longer name.
 void change_dir_menu_cb(Fl_Menu_* menu, void* ui);
 
-/// The selection in Potential Files changed. A clicked file is just selected. A
-/// clicked directory is entered, unless other lines are selected, too: then a
-/// message says that it is dropped from the selection.
+/// The selection in Potential Files changed. A clicked file is only selected. A
+/// clicked directory is entered, unless other lines are selected, too: then it
+/// is deselected, and a message says so.
 ///
-/// The list cannot be refilled while the toolkit reads it. Then the directory
-/// is entered after the event (see PendingChange), but before "<<<" adds files.
-/// A parent directory chosen meanwhile is entered in its place.
+/// While the toolkit reads the list it cannot be refilled. The directory is
+/// entered after the event then (see PendingChange), but before "<<<" adds
+/// files. A parent directory chosen in the meantime is entered instead.
 void change_dir_click_cb(Fl_Multi_Browser* list, void* ui);

@@ -11,7 +11,7 @@ std::string label_text(const std::string& text) {
 }
 
 // Draws or measures text without symbols and without underlined letters. Menus
-// ask for the latter by a variable of the toolkit.
+// turn underlining on by a variable of the toolkit.
 template <typename Action>
 static void literally(const Fl_Label* label, Action action) {
   const char underline = fl_draw_shortcut;
@@ -33,7 +33,7 @@ static void measure_literally(const Fl_Label* label, int& w, int& h) {
   literally(label, [&] { fl_measure(label->value, w, h, 0); });
 }
 
-// The clip stays where the box has it: that of fl_draw() would move up with the
+// Clips to the box here, because the clip of fl_draw() would move up with the
 // text.
 static void draw_status(const Fl_Label* label, int x, int y, int w, int h,
                         Fl_Align align) {

@@ -2,5 +2,5 @@
 
 #include "packaging/artwork/logo.xpm"
 
-// The toolkit takes rows that it might change, and does not.
+// The toolkit's parameter is not const, but it does not change the rows.
 char** logo_xpm() { return const_cast<char**>(logo_rows); }

@@ -57,7 +57,7 @@ Fl_Menu_Item ZelkorUserInterface::menu_Level[] = {
 // clang-format on
 
 // Deliberate: choosing a level inverts the other level bits instead of clearing
-// them, so that several may be set afterwards.
+// them, so several may be set afterwards.
 void SyntaxStyle_cb(Fl_Widget* /*widget*/, void* value) {
   const auto bit = static_cast<std::uint32_t>(*static_cast<int*>(value));
   switch (bit) {
@@ -85,8 +85,8 @@ void SelectOutput_cb(Fl_Button* /*button*/, void* input) {
   static_cast<Fl_Input*>(input)->value(html_dir.c_str());
 }
 
-// Runs the engine over copies of the paths, because the lists may be edited
-// while the run lets the toolkit handle events.
+// Runs the engine over copies of the paths, because the toolkit handles events
+// during the run and the user may edit the lists.
 static void generate(ZelkorUserInterface* ui) {
   std::vector<std::string> paths = texts_of(ui->selected_files);
   if (paths.empty()) return;
@@ -100,7 +100,7 @@ static void generate(ZelkorUserInterface* ui) {
 }
 
 void GenerateHTML_cb(Fl_Button* /*button*/, ZelkorUserInterface* ui) {
-  // The engine cannot be entered twice, and a run lets the toolkit call back.
+  // The engine is not re-entrant, and callbacks are called during a run.
   static bool running = false;
   if (running) return;
 
@@ -118,7 +118,7 @@ static void help_cb(Fl_Widget* /*widget*/, void* /*unused*/) {
   fl_message("%s", help_text.c_str());
 }
 
-// The item of the Level choice that stands for html_style; the first one when
+// The item of the Level choice for the level in html_style: the first item when
 // no level bit is set, or several.
 static int level_item() {
   switch (html_style & all_levels) {

@@ -21,8 +21,8 @@ void PendingChange::make(std::function<void()> change) {
     finish();
 }
 
-// The event is not over while its callback waits in a message box, and the
-// change would free the items of an open menu.
+// The change waits longer while the callback of the event waits in a message
+// box, and while a menu is open, whose items the change would free.
 void PendingChange::make_waiting(void* self) {
   auto* pending = static_cast<PendingChange*>(self);
   if (pending->is_held || Fl::modal() != nullptr)

@@ -16,13 +16,13 @@ static std::string heading(const char* path) {
 }
 
 // What a line shows. Deliberate: the first character of a path without "/" is
-// dropped, for every path of this list contains one.
+// dropped, as every path of this list contains one.
 static std::string indented_name(const char* path) {
   return "  " + std::string(path).erase(0, directory_of(path).size() + 1);
 }
 
-// Text by number works in every version of the toolkit; both look-ups start
-// from the line used last, so asking for a neighbour takes no time.
+// Getting the text by the line's number works in every version of the toolkit.
+// Both calls start at the line used last, so a neighbour is found at once.
 const char* SpecialBrowser::item_path(void* item) const {
   const char* path = text(lineno(item));
   return path == nullptr ? "" : path;
@@ -39,8 +39,8 @@ int SpecialBrowser::item_height(void* item) const {
   return starts_group(item) ? 2 * height : height;
 }
 
-// The toolkit's own quick height calls the virtual item_height, which has
-// doubled the height of a heading line already.
+// The toolkit's own quick height calls the virtual item_height, which doubles
+// the height of a heading line already.
 int SpecialBrowser::item_quick_height(void* item) const {
   return item_height(item);
 }

@@ -1,4 +1,4 @@
-// The list of selected files, drawn in groups of one directory each.
+// The list of selected files, grouped by directory.
 
 #pragma once
 
@@ -6,14 +6,15 @@
 
 #include <string>
 
-/// A multi-selection browser of file paths. A line whose directory differs from
-/// the one above it is twice as high and shows the directory in its upper half;
-/// all lines show the file's name alone. The lines' texts stay whole paths.
+/// A multi-selection browser of file paths. Each line shows the name of a file
+/// without its directory. A line whose directory differs from that of the line
+/// above is twice as high and shows the directory in its upper half. The text
+/// of a line is always the whole path.
 ///
-/// The toolkit keeps the list's total height as a running sum of line heights,
-/// taken when a line is inserted or removed. Here a line's height depends on
-/// its neighbour, so that sum is right only for lines added at the end: to take
-/// lines out, clear the list and add those that stay.
+/// The toolkit adds up the heights of lines as they are inserted and removed.
+/// Here a line's height depends on the line above, so the total is right only
+/// when lines are added at the end. To remove lines, clear the list and add the
+/// others again.
 class SpecialBrowser : public Fl_Multi_Browser {
  public:
   using Fl_Multi_Browser::Fl_Multi_Browser;
@@ -30,7 +31,7 @@ class SpecialBrowser : public Fl_Multi_Browser {
 };
 
 /// Draws one line of text in a rectangle, 3 pixels from its sides and clipped
-/// to it, in `color` or, when selected, in what contrasts with
+/// to it. The colour is `color`, or for a selected line one that contrasts with
 /// `selection_color`.
 void draw_special_line(const std::string& text, bool selected, int x, int y,
                        int w, int h, int size, Fl_Font font, Fl_Color color,

@@ -9,7 +9,7 @@
 #include <iterator>
 #include <vector>
 
-// As the property _NET_WM_ICON holds an icon: its width, its height and its
+// The icon in the format of the property _NET_WM_ICON: width, height and the
 // pixels in rows, each 0xAARRGGBB.
 static const unsigned long icon[] = {
     48,

@@ -1,5 +1,5 @@
-// What the toolkit's versions do in different ways. The one place that asks for
-// the version.
+// What differs between the toolkit's versions. Only this module checks the
+// version.
 
 #pragma once
 
@@ -9,5 +9,5 @@ class Fl_Window;
 /// which must outlive them.
 void title_message_boxes(const char* title);
 
-/// Shows a window that window managers list with the program's icon.
+/// Shows a window and gives it the program's icon.
 void show_with_icon(Fl_Window& window);

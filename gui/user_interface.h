@@ -15,8 +15,8 @@ class Fl_Slider;
 class Fl_Window;
 class SpecialBrowser;
 
-/// The widgets that callbacks reach. They belong to the window, which must not
-/// outlive this object: the directory menu's label stands in
+/// The widgets that callbacks use. They belong to the window, which must not
+/// outlive this object, as the directory menu's label points into
 /// current_directory.
 class ZelkorUserInterface {
  public:
