@@ -16,7 +16,7 @@ static void show_in_viewer(const std::string& path) {
   viewer->show();
 }
 
-// The command that shows a file in the user's browser; empty without one.
+// The command that shows a file in the user's browser, or "" if none is set.
 static std::string browser_command(const std::string& path) {
   const char* browser = std::getenv("BROWSER");
   if (browser == nullptr) return "";
@@ -25,8 +25,8 @@ static std::string browser_command(const std::string& path) {
          " &";
 }
 
-// Runs a command and copies its output, each piece at once: the browser may
-// stay for hours. Returns whether it could be started.
+// Runs a command and copies its output piece by piece, because the browser may
+// run for hours. Returns whether the command could be started.
 static bool run_command(const std::string& command) {
   std::FILE* output = popen(command.c_str(), "r");
   if (output == nullptr) return false;
@@ -40,9 +40,9 @@ static bool run_command(const std::string& command) {
   return true;
 }
 
-// Asks what to do about a command that could not be started. Makes it empty
-// for the internal viewer, or what the user edits it to. Returns false when
-// nothing is to be shown.
+// Asks what to do about a command that could not be started. `command` becomes
+// empty if the user chooses the internal viewer, or the text that the user
+// enters. Returns false if the user cancels.
 static bool ask_about(std::string& command) {
   enum { INTERNAL_BROWSER, EDIT, CANCEL };
   const std::string shown = label_text(command);

@@ -17,8 +17,8 @@
 static const char program_name[] = "zelkor";
 static Fl_Window* about_parent = nullptr;
 
-// The handbook below the prefix under which this program is installed, as in
-// PREFIX/bin/zelkor; the empty text when that cannot be told.
+// The handbook installed with this program, which is PREFIX/bin/zelkor. Empty
+// when the program's path is unknown.
 static std::string own_handbook() {
   std::error_code unknown;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
@@ -56,7 +56,7 @@ static void show_about() {
            about_parent);
 }
 
-// A modal dialog would lie above the help and keep it from being used.
+// Not while a modal dialog is open: it would block the help.
 static int help_key_handler(int event) {
   if (event != FL_SHORTCUT || Fl::event_key() != FL_F + 1) return 0;
   if (Fl::modal() != nullptr) return 0;

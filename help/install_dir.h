@@ -1,4 +1,4 @@
-// Where the maker's programs are installed, and the handbook below that.
+// The maker's installation directory, and the handbooks in it.
 
 #pragma once
 
@@ -7,15 +7,15 @@
 #include <string>
 
 /// The common installation directory, without a trailing "/": the value of
-/// QUMBRA_HOME; else ".qumbra" in the home directory, if it is there; else the
-/// directory below which a sibling program lies in PATH; else "/qumbra".
-/// Determined by the first call for the life of the process.
+/// QUMBRA_HOME; else ".qumbra" in the home directory, if it exists; else the
+/// directory whose "bin/plomvek" is found by PATH; else "/qumbra". The first
+/// call determines it for the life of the process.
 const std::string& QUMBRA_DIR();
 
 /// Looks for a file in the directories of an environment variable, which are
 /// separated by ":". Returns the first path that exists, or the empty text.
 ///
-/// The name by itself, relative to the working directory, is tried first.
+/// The plain name, relative to the working directory, is tried first.
 /// Deliberate: the last directory of the variable is never tried.
 std::string find_file(const std::string& file, const char* variable);
 
