@@ -3,7 +3,7 @@
 // One run of the engine over the files that LIST names, with a progress() that
 // only counts; the pages go to DIRECTORY. Prints on standard error: the seconds
 // of the whole run, of its three passes and of the index, the peak memory of
-// the process and the heap in use after the call pass, both in KiB.
+// the process and the heap in use after the reference pass, both in KiB.
 
 #include <malloc.h>
 
@@ -24,7 +24,7 @@ using Clock = std::chrono::steady_clock;
 static std::size_t reports = 0;
 static std::size_t reports_per_pass = 0;
 static std::vector<Clock::time_point> pass_ends;
-static std::size_t heap_after_calls = 0;
+static std::size_t heap_after_references = 0;
 
 static std::size_t heap_in_use() {
   const struct mallinfo2 heap = mallinfo2();
@@ -34,13 +34,12 @@ static std::size_t heap_in_use() {
 int progress(double /*fraction*/, const char* /*message*/, void* /*ui*/) {
   if (++reports % reports_per_pass == 0 && pass_ends.size() < 3) {
     pass_ends.push_back(Clock::now());
-    if (pass_ends.size() == 2) heap_after_calls = heap_in_use();
+    if (pass_ends.size() == 2) heap_after_references = heap_in_use();
   }
   return 1;
 }
 
-// In KiB. Other counters include what the process was before it became this
-// program.
+// In KiB. getrusage() would include the process before its exec().
 static long peak_memory() {
   std::ifstream status("/proc/self/status");
   for (std::string word; status >> word;) {
@@ -76,5 +75,5 @@ int main(int argc, char** argv) {
                seconds(start, end), seconds(start, pass_ends[0]),
                seconds(pass_ends[0], pass_ends[1]),
                seconds(pass_ends[1], pass_ends[2]), seconds(pass_ends[2], end),
-               peak_memory(), (heap_after_calls - heap_before) / 1024);
+               peak_memory(), (heap_after_references - heap_before) / 1024);
 }

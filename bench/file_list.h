@@ -1,4 +1,4 @@
-// Lists of source files, as the benchmarks hand them around.
+// The lists of source files that the benchmarks read.
 
 #ifndef ZELKOR_BENCH_FILE_LIST_H
 #define ZELKOR_BENCH_FILE_LIST_H

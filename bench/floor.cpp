@@ -1,6 +1,6 @@
 // usage: bench_floor LIST DIRECTORY FILES BYTES
 //
-// What a run cannot do without, and nothing else: reads every file that LIST
+// The input and output of a run, without any work: reads every file that LIST
 // names three times, then writes FILES files of BYTES bytes in all into
 // DIRECTORY. Prints the seconds that it took.
 

@@ -1,4 +1,4 @@
-// The inner loops, one by one.
+// Benchmarks of the inner loops.
 
 #include <benchmark/benchmark.h>
 
@@ -30,7 +30,7 @@ static std::vector<std::string> names(const char* prefix) {
 static char path[] = "src/solvers/multigrid.f90";
 static char* file = path;
 
-// Ten thousand units, each of a name of its own.
+// Ten thousand units with different names.
 static void register_units() {
   Declaration::forget_all();
   int number = 0;
