@@ -1,13 +1,13 @@
 # Sourced by the scripts that need programs and libraries of the system.
 
-# What is needed, by the names of Debian's packages; "fltk" stands for the
-# toolkit's, which differs from release to release.
+# What is needed, by the names of Debian's packages. "fltk" is the toolkit,
+# whose package name differs between releases.
 build_packages=(cmake make g++ fltk)
 window_packages=(xvfb xdotool imagemagick fonts-dejavu-core)
 test_packages=("${window_packages[@]}" libgtest-dev gfortran locales python3)
 
-# The best toolkit first: 1.1 is the one that the window was made for, 1.4 fits
-# dense screens and 1.3 does not.
+# The best toolkit first: the window was designed for 1.1; 1.4 supports dense
+# screens, 1.3 does not.
 toolkits=(libfltk1.1-dev libfltk1.4-dev libfltk1.3-dev)
 
 has_cmake() {
@@ -18,8 +18,8 @@ has_cmake() {
 
 has_header() { "${CXX:-c++}" -E -x c++ - <<<"#include <$1>"; }
 
-# Whether the system has what a package brings, wherever it came from.
-is_there() {
+# Whether the system has what a package provides, from whatever source.
+is_installed() {
   case $1 in
     bubblewrap) command -v bwrap ;;
     cmake) has_cmake ;;
@@ -38,8 +38,8 @@ is_there() {
   esac >/dev/null 2>&1
 }
 
-# What a package brings, in the words of any system.
-in_words() {
+# What a package provides, for users of any system.
+describe() {
   case $1 in
     cmake) echo "CMake 3.22 or newer" ;;
     g++) echo "a C++17 compiler" ;;
@@ -60,11 +60,11 @@ find_missing() {
   missing=()
   local package
   for package in "$@"; do
-    is_there "$package" || missing+=("$package")
+    is_installed "$package" || missing+=("$package")
   done
 }
 
-# Puts the name of the toolkit's package in the place of "fltk".
+# Replaces "fltk" in "missing" by the name of the toolkit's package.
 name_toolkit() {
   local i toolkit
   for i in "${!missing[@]}"; do
@@ -76,17 +76,18 @@ name_toolkit() {
   done
 }
 
-# Says what is missing, for those who install it themselves.
+# Lists what is missing, for users who install it themselves.
 ask_for_missing() {
   local package
   {
     echo "Zelkor needs what this system lacks. Please install:"
-    for package in "${missing[@]}"; do echo "  $(in_words "$package")"; done
+    for package in "${missing[@]}"; do echo "  $(describe "$package")"; done
   } >&2
   exit 1
 }
 
-# Installs, or has root install, what is missing. What apt says goes to a log.
+# Installs what is missing, or says what root must run. apt's output goes to a
+# log.
 install_missing() {
   local install=(apt-get install -y --no-install-recommends) as_root=()
   if [ "$(id -u)" -ne 0 ]; then
@@ -111,9 +112,9 @@ install_missing() {
   }
 }
 
-# Sees to it that the system has what the named packages bring: installs what is
-# missing where apt-get does that, and otherwise names it and ends the script.
-# To be called in the project's folder.
+# Makes sure that the system has what the named packages provide. Installs what
+# is missing if there is apt-get, otherwise lists it and ends the script. Call
+# this in the project's folder.
 need_packages() {
   local missing
   find_missing "$@"
