@@ -1,7 +1,7 @@
-# The toolkit, FLTK 1.1, 1.3 or 1.4, as the library "fltk". Its own fltk-config
-# says where its headers are, which flags they need and what to link: that
-# differs from version to version and from system to system. Another
-# installation is chosen by -D FLTK_CONFIG=/path/to/its/fltk-config.
+# The toolkit, FLTK 1.1, 1.3 or 1.4, as the library "fltk". The toolkit's
+# fltk-config tells where the headers are, which flags they need and what to
+# link, because these differ between versions and systems.
+# -D FLTK_CONFIG=/path/to/fltk-config chooses another installation.
 
 find_program(FLTK_CONFIG fltk-config)
 if(NOT FLTK_CONFIG)
@@ -25,7 +25,7 @@ ask_toolkit(flags --cxxflags)
 ask_toolkit(libraries --ldflags)
 message(STATUS "FLTK ${version}")
 
-# Warnings are for our sources, not for the headers of others.
+# SYSTEM below keeps warnings about the toolkit's headers away.
 set(include_directories ${flags})
 list(FILTER include_directories INCLUDE REGEX "^-I")
 list(TRANSFORM include_directories REPLACE "^-I" "")

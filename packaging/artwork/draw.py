@@ -5,10 +5,10 @@ usage: draw.py DIRECTORY [NAME...]
 
 Writes logo.xpm (180 x 108 pixels, 5714 colours, 2 characters per pixel),
 zelkor.svg, zelkor-SIZE.png for the usual icon sizes and icon.inc, the window's
-icon, or those that are named. All come from one scene: a page of source whose
-lines are linked by the stroke of a Z. All but the PNGs are the same bytes on
-every machine; the PNGs hold the same pixels, but their bytes depend on the
-version of zlib that packs them.
+icon, or only the named files. All show one drawing: a page of source whose
+lines are linked by the stroke of a Z. All but the PNGs have the same bytes on
+every machine; the PNGs have the same pixels, but their bytes depend on the
+version of zlib that compresses them.
 """
 
 import functools
@@ -25,7 +25,7 @@ ICON_SIZES = (16, 24, 32, 48, 64, 128, 256)
 WINDOW_ICON_SIZE = 48
 BACKGROUND = (192, 192, 192)  # the About box's own grey
 
-# Shapes stand in a square of 100 x 100 units, later ones above earlier ones.
+# Shapes are placed in a square of 100 x 100 units, later above earlier ones.
 # A fill is a pair of colours, blended from the top left to the bottom right.
 
 
@@ -37,7 +37,7 @@ class Box:
         self.radius, self.fill = radius, fill
 
     def distance(self, x, y):
-        """How far outside the shape a point lies; negative inside."""
+        """The distance of a point from the shape; negative inside."""
         dx = abs(x - self.x - self.w / 2) - self.w / 2 + self.radius
         dy = abs(y - self.y - self.h / 2) - self.h / 2 + self.radius
         outside = math.hypot(max(dx, 0), max(dy, 0))
@@ -88,8 +88,8 @@ EMBLEM = [
     Box(62, 64, 12, 12, 6, INK),
 ]
 
-# The word beside the emblem: strokes of each letter in a box 10 high, and how
-# far to move on after it.
+# The letters of the word beside the emblem: their strokes in a box 10 units
+# high, and the distance to the next letter.
 LETTERS = {
     'Z': ([[(0, 0), (6, 0), (0, 10), (6, 10)]], 9),
     'e': ([[(0, 7), (4.6, 7), (4.4, 5.4), (3.4, 4.4), (2.3, 4.2), (1.1, 4.5),
@@ -123,8 +123,8 @@ def blend(a, b, t):
 
 
 def pixel(shapes, x, y, size, under):
-    """The colour at a point. Edges are softened over one pixel of `size`
-    units; `under` is a colour with its opacity from 0 to 1 in fourth place."""
+    """The colour at a point. Edges are anti-aliased over one pixel of `size`
+    units. `under` is a colour and, as fourth value, its opacity from 0 to 1."""
     r, g, b, opacity = under
     for shape in shapes:
         cover = min(max(0.5 - shape.distance(x, y) / size, 0), 1)
@@ -143,7 +143,7 @@ def rounded(colour):
 
 
 def logo_pixels():
-    """The emblem and the name on a ground that grows lighter to the top."""
+    """The emblem and the name on a background that is lighter at the top."""
     width, height = LOGO_SIZE
     shapes = EMBLEM + word('Zelkor', 105, 42, 1.6, 3.2, INK)
     units = 100 / height
@@ -156,8 +156,7 @@ def logo_pixels():
             x, y = (column + 0.5) * units, (row + 0.5) * units
             shade = blend(ground, (188, 194, 210), column / (width - 1) / 2)
             colour = pixel(shapes, x, y, units, (*shade, 1))[:3]
-            # A grain of a few levels, as in a print, hides the steps of the
-            # gradients.
+            # A little noise hides the steps of the gradients.
             grain = [int(noise.random() * 7) - 3 for channel in range(3)]
             rows[-1].append(tuple(
                 min(max(c + g, 0), 255)
@@ -166,8 +165,8 @@ def logo_pixels():
 
 
 def with_colours(rows, count):
-    """The same picture in exactly `count` colours: those that are nearest to
-    their neighbour, in the order of brightness, are merged with it."""
+    """The same picture in exactly `count` colours: in the order of brightness,
+    the colours nearest to their neighbour are merged with it."""
     colours = sorted({c for row in rows for c in row}, key=lambda c: (sum(c), c))
     if len(colours) < count:
         raise ValueError(f'only {len(colours)} colours')

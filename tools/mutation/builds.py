@@ -16,10 +16,10 @@ WORK = ROOT / "build" / "mutation"
 TREE = WORK / "tree"
 BUILD = WORK / "build"
 
-# Shared libraries, so that a mutant takes one link; not every program that uses
-# the engine needs its progress(). No -g: line numbers would make all object
+# With shared libraries a mutant takes one link. Programs that do not call
+# progress() need not define it then. No -g: line numbers would make all object
 # code differ. An empty build type would become Release. Tests are listed when
-# they run: a mutant that crashes before main() is to be built all the same.
+# they run, because a mutant may crash before main().
 OPTIONS = [
     "BUILD_TESTING=ON", "BUILD_SHARED_LIBS=ON", "CMAKE_BUILD_TYPE=None",
     "CMAKE_CXX_FLAGS=-O1 -fpch-preprocess",
@@ -27,25 +27,25 @@ OPTIONS = [
     "CMAKE_EXE_LINKER_FLAGS=-Wl,--unresolved-symbols=ignore-in-shared-libs",
     "CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST"]
 
-# The folders of tests, the fastest first. Those that take long (e2e, browser,
-# completion) are left out, and the tests that depend on the machine's load.
+# The folders of tests, the fastest first. Slow ones (e2e, browser, completion)
+# are left out, and so are tests that depend on the machine's load.
 TEST_FOLDERS = ("analysis", "html", "golden", "driver", "help", "fuzz",
                 "properties", "handbook", "faults", "gui")
 UNSTEADY = r"^(ProgramRun|HeldRun)\."
 
-# It makes a larger file than tests may here.
+# This test makes a file that is larger than the limit below.
 TOO_LARGE = "Files.SizesThatNeedMoreThan32BitsAreNoZero"
 
-# A process may take so many bytes of memory and of a file, and seconds of work.
-# It knows no display and no browser of the user's.
+# Limits the bytes of memory and of a file, and the seconds of processor time of
+# each process. Hides the user's display and browser from it.
 LIMITS = ["env", "-u", "DISPLAY", "-u", "BROWSER", "-u", "QUMBRA_HOME",
           "prlimit", f"--as={4 << 30}", f"--fsize={1 << 30}", "--cpu=30"]
-MOST_SECONDS = 600  # for the tests of a folder
+MAX_SECONDS = 600  # for the tests of a folder
 
 
 def run(command, timeout=None, **environment):
-    """Runs a command, and ends all that it leaves running. Returns whether it
-    succeeded in time, and its output."""
+    """Runs a command, then ends all processes that it has left behind. Returns
+    whether it succeeded in time, and its output."""
     with tempfile.TemporaryFile() as log:
         process = subprocess.Popen(
             command, env={**os.environ, **environment}, start_new_session=True,
@@ -61,7 +61,7 @@ def run(command, timeout=None, **environment):
 
 
 def end_group(process):
-    """Asks before it kills: an X server that is asked removes its files."""
+    """Terminates before it kills: a terminated X server removes its files."""
     for number in (signal.SIGTERM, signal.SIGKILL):
         try:
             os.killpg(process.pid, number)
@@ -76,8 +76,8 @@ class Copy:
         self.jobs = f"-j{jobs}"
 
     def prepare(self):
-        """Brings the copy up to date, builds all and tests it."""
-        # A new copy keeps no old time, which could be that of an older object.
+        """Updates the copy, builds the program and runs all tests on it."""
+        # Without -t a copied file gets the present time, so it is compiled.
         subprocess.run(
             ["rsync", "-rlp", "--checksum", "--delete", "--mkpath",
              "--exclude=/.git", "--filter=:- .gitignore", f"{ROOT}/", TREE],
@@ -90,7 +90,7 @@ class Copy:
         demand(outcome == SURVIVED, test or outcome)
 
     def make(self, target):
-        """Builds a target. What was built before comes from a cache."""
+        """Builds a target, with a compiler cache."""
         return run(["ninja", "-C", BUILD, self.jobs, target],
                    CCACHE_DIR=str(WORK / "ccache"), CCACHE_BASEDIR=str(WORK),
                    CCACHE_SLOPPINESS="pch_defines,time_macros")
@@ -107,15 +107,16 @@ class Copy:
                 [*LIMITS, "ctest", "--test-dir", BUILD / "tests" / folder,
                  self.jobs, "--stop-on-failure", "--repeat", "until-pass:2",
                  "--output-on-failure", "-R", tests, "-E", UNSTEADY],
-                MOST_SECONDS, HOME=home, TMPDIR=home, GTEST_FAIL_FAST="1",
+                MAX_SECONDS, HOME=home, TMPDIR=home, GTEST_FAIL_FAST="1",
                 GTEST_FILTER=f"{chosen}-{TOO_LARGE}")
         names = (re.findall(r"\[  FAILED  \] ([^\s,]+\.[^\s,]+)", output)
                  + re.findall(r"\[ RUN      \] (\S+)", output)[-1:] + [folder])
         return None if passed else names[0]
 
     def test(self, file):
-        """Runs tests until one fails: those named after a file, those of its
-        folder, all others. Returns a mutant's outcome, and what kills it."""
+        """Runs tests until one fails: first those named after the file, then
+        those of its folder, then all others. Returns a mutant's outcome, and
+        the test that kills it."""
         own = file.split("/")[0]
         stages = [(folder, []) for folder in
                   sorted(TEST_FOLDERS, key=lambda folder: folder != own)]
@@ -129,7 +130,7 @@ class Copy:
         return SURVIVED, ""
 
     def judge(self, mutant):
-        """Builds and tests a mutant. Returns its outcome, and what kills it."""
+        """Builds and tests a mutant. Returns the same as test()."""
         path = TREE / mutant.file
         sound = path.read_text()
         lines = sound.split("\n")
@@ -152,7 +153,7 @@ def demand(succeeded, output):
 
 
 def object_code():
-    """A digest of the program's object code."""
+    """A hash of the program's object code."""
     return hashlib.sha256(b"".join(
         path.read_bytes()
         for path in sorted((BUILD / "CMakeFiles").rglob("*.o")))).digest()

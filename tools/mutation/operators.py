@@ -17,7 +17,7 @@ class Mutant:
     after: str
 
     def key(self):
-        """What tells the mutant from others until its file changes."""
+        """Identifies the mutant until its file changes."""
         digest = hashlib.sha256((ROOT / self.file).read_bytes()).hexdigest()
         return f"{self.file} {digest[:16]} {self.line} {self.after}"
 
@@ -26,7 +26,7 @@ class Mutant:
                 f"    - {self.before.strip()}\n    + {self.after.strip()}")
 
 
-# Comments, strings, characters and lines of the preprocessor.
+# Comments, string and character literals, preprocessor directives.
 NOT_CODE = re.compile(
     r'//[^\n]*|/\*.*?\*/|R"\(.*?\)"|"(?:\\.|[^"\\\n])*"|'
     r"(?<!\w)'(?:\\.|[^'\\\n])+'|^[ \t]*\#(?:\\\n|[^\n])*",
@@ -45,8 +45,8 @@ for _ in range(3):
     PARENTHESES = rf"\((?:[^()]|{PARENTHESES})*\)"
 CONDITION = re.compile(rf"\b(?:if|while) ({PARENTHESES})")
 RETURN = re.compile(r"\breturn (.+);")
-# A statement on a line of its own, but for declarations, which begin with two
-# words: without them nothing compiles.
+# A statement that fills a line. Not a declaration, which begins with two words:
+# without it nothing compiles.
 STATEMENT = re.compile(
     r"\s*(?!\s|(?:return|break|continue|else|assertion_failed)\b|"
     r"(?!delete|new)[\w:]+(?:<.*>)?[*&]* [*&]*\w|"
@@ -54,7 +54,7 @@ STATEMENT = re.compile(
 
 
 def code_of(text):
-    """The text with everything that is no code blanked, columns kept."""
+    """The text with everything but code blanked; columns do not change."""
     def blank(match):
         keep = match[0][0] if match[0][0] in "\"'" else " "
         return keep + re.sub(r"[^\n]", " ", match[0][1:-1]) + keep
@@ -62,9 +62,9 @@ def code_of(text):
 
 
 def mutations(line, code, previous):
-    """Yields what can take a line's place.
+    """Yields the mutated forms of a line.
 
-    code is the line as code_of() has it, previous the code line before it.
+    code is the line in the result of code_of(), previous the code line before.
     """
     def replaced(start, end, new):
         return line[:start] + new + line[end:]
@@ -87,8 +87,8 @@ def mutations(line, code, previous):
 
 
 def mutants_of(file, text, seed):
-    """Yields (rank, mutant): one for every line that can have one. The seed
-    decides which, and the ranks; edits of other lines leave both alone."""
+    """Yields a (rank, mutant) for every line that can be mutated. The seed and
+    the line decide both; edits of other lines do not change them."""
     occurrences = {}
     previous = ";"
     for number, (line, code) in enumerate(

@@ -1,4 +1,4 @@
-"""What becomes of mutants, and how many are killed."""
+"""The outcomes of mutants, and the share that is killed."""
 
 from operators import ROOT
 
@@ -14,9 +14,9 @@ def plain(line):
 
 
 def read_equivalents():
-    """The mutants that no test can kill, from a list whose head describes it.
-    Returns the reason of each by (file, line, new line), and the entries whose
-    old lines stand nowhere, or at more than one place."""
+    """Reads the list of mutants that no test can kill; its head describes its
+    format. Returns the reasons by (file, line, new line), and the entries whose
+    old lines are not found exactly once."""
     reasons, stale = {}, []
     for entry in LISTED.read_text().split("\n\n")[1:]:
         file, *rest = entry.strip().split("\n")
@@ -35,8 +35,8 @@ def read_equivalents():
 
 
 def report(results):
-    """Prints what became of (mutant, outcome) pairs. Returns whether enough are
-    killed."""
+    """Prints the results, (mutant, outcome) pairs. Returns whether enough
+    mutants are killed."""
     reasons, stale = read_equivalents()
     lists = {kind: [] for kind in (KILLED, SURVIVED, STILLBORN, EQUIVALENT)}
     for mutant, outcome in results:
