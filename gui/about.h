@@ -6,7 +6,7 @@ class Fl_Window;
 
 /// The number of line breaks that a text needs at a width in pixels, in the
 /// current font of the toolkit. A word that does not fit starts a new line; a
-/// word wider than the width is a line of its own. The last line does not count
+/// word wider than the width gets its own line. The last line does not count
 /// unless it ends in a newline.
 int est_num_lines(const char* text, int width);
 
