@@ -25,7 +25,7 @@ class HandbookReading : public HandbookRun {
     run({{"line.f90", text + "\n" + line_behind}});
     std::string units;
     for (const auto& [key, unit] : Declaration::decs)
-      units += kind_name(unit->type) + std::string(" ") + unit->name;
+      units += kind_name(unit->type) + " " + unit->name;
     return units.empty() ? "nothing" : units;
   }
 

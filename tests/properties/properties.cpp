@@ -11,9 +11,12 @@
 
 namespace {
 
-// The kinds of unit_kinds, in its order.
-const std::vector<DecType> types = {DT_PROGRAM,  DT_MODULE,    DT_SUBROUTINE,
-                                    DT_FUNCTION, DT_INTERFACE, DT_TYPE};
+// The kind of unit that a keyword of unit_kinds opens.
+DecType type_of(const std::string& keyword) {
+  const Marker* kind = Marker::first;
+  while (keyword != kind->name) kind = kind->next;
+  return kind->type;
+}
 
 std::string upper(std::string text) {
   for (char& c : text)
@@ -71,8 +74,7 @@ std::optional<Opened> unit_opened_by(const std::string& line) {
   const auto kind =
       std::find(unit_kinds.begin(), unit_kinds.end(), upper(words[0].text));
   if (kind == unit_kinds.end()) return {};
-  const DecType type =
-      types[static_cast<std::size_t>(kind - unit_kinds.begin())];
+  const DecType type = type_of(*kind);
   const std::size_t next =
       skip_white(line, words[0].column + words[0].text.size());
   const std::string name = words.size() == 1 ? "" : words[1].text;
@@ -260,12 +262,12 @@ class ExpectedPages {
   std::string index() const {
     std::string menus;
     std::string lists;
-    for (std::size_t i = 0; i < types.size(); ++i) {
+    for (const std::string& keyword : unit_kinds) {
       std::string items;
       std::string bullets;
-      add_entries(types[i], items, bullets);
-      menus += index_menu(unit_kinds[i], items);
-      lists += index_list(unit_kinds[i], bullets);
+      add_entries(type_of(keyword), items, bullets);
+      menus += index_menu(keyword, items);
+      lists += index_list(keyword, bullets);
     }
     return page_head() +
            "<TITLE>Hyperlinked Fortran Source Tree by Qumbra</TITLE>\n\n" +

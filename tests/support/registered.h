@@ -2,16 +2,19 @@
 
 #pragma once
 
-#include <array>
 #include <string>
 #include <vector>
 
 #include "analysis/declaration.h"
+#include "analysis/keywords.h"
 
-inline const char* kind_name(DecType type) {
-  const std::array<const char*, 6> names = {
-      "module", "program", "subroutine", "function", "interface", "type"};
-  return names.at(static_cast<std::size_t>(type));
+/// The keyword of a kind of unit, in lower case.
+inline std::string kind_name(DecType type) {
+  const Marker* kind = Marker::first;
+  while (kind->type != type) kind = kind->next;
+  std::string name = kind->name;
+  for (char& c : name) c = static_cast<char>(c - 'A' + 'a');
+  return name;
 }
 
 /// The registry in its order, each unit as "KEY: kind name, file:line".
