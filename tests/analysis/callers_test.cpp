@@ -46,16 +46,6 @@ TEST_F(CallersTest, KeepTheFirstOfEqualReferences) {
   EXPECT_EQ(a1.file, first.begin()->file);
 }
 
-TEST_F(CallersTest, AreReadAndAddedToInTurn) {
-  EXPECT_TRUE(first.empty());
-  std::size_t size = 0;
-  for (const Calling& calling : {b1, a2, a1}) {
-    first.insert(calling);
-    EXPECT_EQ(++size, first.size());
-  }
-  EXPECT_FALSE(first.empty());
-}
-
 TEST_F(CallersTest, TakeNoMemoryForRepeats) {
   for (const Calling& calling : {b1, a2, a1}) first.insert(calling);
   first.insert(b1);

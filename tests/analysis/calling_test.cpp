@@ -29,12 +29,3 @@ TEST(CallingOrder, IsByFileNameByteByByteThenByLine) {
     EXPECT_FALSE(b < a) << c.file_a << " " << c.line_a;
   }
 }
-
-TEST(CallingOrder, HoldsEqualNamesAndLinesForTheSameRecord) {
-  FileList files({"a.f90", "a.f90"});
-  const Calling a = {files.slot(0), 1};
-  const Calling b = {files.slot(1), 1};
-  EXPECT_FALSE(a < b);
-  EXPECT_FALSE(b < a);
-  EXPECT_FALSE(a < a);
-}

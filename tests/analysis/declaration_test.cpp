@@ -52,17 +52,6 @@ TEST_F(Registry, IsOrderedByTheBytesOfTheUpperCaseName) {
             registered());
 }
 
-TEST_F(Registry, KeepsNamesakesInTheOrderOfTheirBuilding) {
-  new Declaration(DT_SUBROUTINE, "swap", files.slot(1), 9);
-  new Declaration(DT_INTERFACE, "SWAP", files.slot(0), 3);
-  for (int i = 0; i < 2; ++i)
-    new Declaration(DT_FUNCTION, "Swap", files.slot(0), 1);
-  EXPECT_EQ(
-      (Texts{"SWAP: subroutine swap, b.f90:9", "SWAP: interface SWAP, a.f90:3",
-             "SWAP: function Swap, a.f90:1", "SWAP: function Swap, a.f90:1"}),
-      registered());
-}
-
 TEST_F(Registry, CountsItsChangesAndIsEmptyOnceForgotten) {
   const unsigned before = Declaration::generation();
   Declaration* const unit = new Declaration(DT_TYPE, "point", files.slot(0), 1);
@@ -74,15 +63,6 @@ TEST_F(Registry, CountsItsChangesAndIsEmptyOnceForgotten) {
   EXPECT_EQ(Texts{}, registered());
   new Declaration(DT_TYPE, "state", files.slot(0), 2);
   EXPECT_EQ(Texts{"STATE: type state, a.f90:2"}, registered());
-}
-
-TEST_F(Registry, AddsNoReferenceTwice) {
-  Declaration* const unit = new Declaration(DT_TYPE, "point", files.slot(0), 1);
-  for (const std::size_t slot : {0u, 0u, 2u})
-    unit->add_calling(files.slot(slot), 30);
-  unit->add_calling(files.slot(1), 4);
-  unit->add_calling(files.slot(2), 9);
-  EXPECT_EQ((Texts{"a.f90:9", "a.f90:30", "b.f90:4"}), places(unit->callers));
 }
 
 }  // namespace

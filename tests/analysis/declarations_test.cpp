@@ -248,21 +248,6 @@ TEST_F(GatherDeclarations, RecordsTheUnitsOfAFileWithTheirLines) {
     EXPECT_EQ(c.units, gathered(c.content)) << c.content;
 }
 
-// A line counts once a character of the next one is there.
-TEST_F(GatherDeclarations, ReadsSourcesThatEndAnywhere) {
-  const std::string first = "program x\n";
-  const std::string second = " type(a) :: \"b\r\n";
-  const std::string third = "interface operator (.c.)\n";
-  const std::string source = first + second + third + " type \0 ! d\n"s;
-  for (std::size_t length = 0; length <= source.size(); ++length) {
-    Texts expected;
-    if (length > first.size() + second.size() + third.size())
-      expected.push_back(".C.: interface .c., a.f90:3");
-    if (length > first.size()) expected.push_back("X: program x, a.f90:1");
-    EXPECT_EQ(expected, gathered(source.substr(0, length))) << length;
-  }
-}
-
 static const char* const source =
     "subroutine solve(a, b)\n"
     "\n"

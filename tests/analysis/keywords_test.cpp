@@ -78,13 +78,6 @@ TEST(SyntaxList, HoldsTheTwentyWordsWithTheirLevels) {
   EXPECT_EQ(nullptr, entry);
 }
 
-TEST(MarkerIn, FindsItsKeywordAtTheStartOfAStatementAlone) {
-  int consumed = -1;
-  EXPECT_TRUE(Marker::first->In("  Program x", &consumed));
-  EXPECT_EQ(9, consumed);
-  EXPECT_FALSE(Marker::first->In("x = program", &consumed));
-}
-
 class IsSyntax : public testing::Test {
  protected:
   static Syntax* entry_of(const std::string& word) {

@@ -84,12 +84,6 @@ TEST_F(IsDeclaration, GivesTheEndWhenNothingIsRegistered) {
   expect({{"solve", a, 5, nullptr, 0, 0}, {"", a, 5, nullptr, 0, 0}});
 }
 
-TEST_F(IsDeclaration, KnowsFilesByTheirSlotsAlone) {
-  add("solve", a_again, 5);
-  expect(
-      {{"solve", a, 5, "solve", 2, 4}, {"solve", a_again, 5, "solve", 4, 4}});
-}
-
 TEST_F(IsDeclaration, TellsTheLastIndexOfUnitsDeclaredOnOneLine) {
   add("solve", b, 5);
   add("state", b, 5);
@@ -97,12 +91,6 @@ TEST_F(IsDeclaration, TellsTheLastIndexOfUnitsDeclaredOnOneLine) {
   expect({{"solve", b, 5, "solve", 4, 4},
           {"state", b, 5, "state", 2, 2},
           {"solv", b, 5, "solv", 0, 1}});
-}
-
-TEST_F(IsDeclaration, FindsUnnamedUnitsUnderTheEmptyWord) {
-  add("", b, 3);
-  add("", b, 7);
-  expect({{"", a, 3, "", 0, 2}, {"", b, 3, "", 1, 2}, {"", b, 7, "", 2, 2}});
 }
 
 // The bits of the first of ten characters fall on those of the last, one place
@@ -172,30 +160,6 @@ TEST_F(IsDeclaration, SeesWhatOthersDoToTheRegistry) {
   expect({{"solve", a, 5, "Solve", 1, 3}, {"solve", b, 5, "Solve", 3, 3}});
 }
 
-TEST_F(IsDeclaration, SeesUnitsBuiltOnceOthersHaveEmptiedTheRegistry) {
-  const Declaration::Registry before = Declaration::decs;
-  Declaration::decs.clear();
-  add("SOLVE", a_again, 4);
-  expect({{"solve", a_again, 4, "SOLVE", 1, 1}, {"solv", a, 1, nullptr, 0, 0}});
-  Declaration::decs.insert(before.begin(), before.end());
-  expect({{"solve", a, 5, "SOLVE", 3, 4}});
-}
-
-TEST_F(IsDeclaration, SeesARegistryOfTheSizeThatItHadBefore) {
-  expect({{"solve", a_again, 4, "solve", 0, 3}});
-  Declaration* const solv = Declaration::decs.begin()->second;
-  Declaration::decs.erase(Declaration::decs.begin());
-  add("Solver", a_again, 4);
-  expect(
-      {{"solv", a, 1, nullptr, 0, 0}, {"solver", a_again, 4, "Solver", 1, 1}});
-  Declaration::decs.emplace("SOLV", solv);
-
-  const auto size = static_cast<int>(Declaration::decs.size());
-  Declaration::forget_all();
-  for (int i = 0; i < size; ++i) add("other", a, 1);
-  expect({{"solve", a, 1, nullptr, 0, 0}, {"other", a, 2, "other", 0, size}});
-}
-
 // References, each from the line of a.f90 that is its number.
 class CallersOfNamesakes : public Names {
  protected:
@@ -246,14 +210,6 @@ TEST_F(CallersOfNamesakes, DifferByWhatOneHadBefore) {
   EXPECT_EQ((Texts{"1 ", "1 ", "1 2 "}), lines_of({first, second, third}));
 }
 
-TEST_F(CallersOfNamesakes, DifferByWhatCameBeforeAUnit) {
-  refer_to_solve(1);
-  const Declaration* const fourth = add_solve();
-  refer_to_solve(2);
-  EXPECT_EQ((Texts{"1 2 ", "1 2 ", "1 2 ", "2 "}),
-            lines_of({first, second, third, fourth}));
-}
-
 TEST_F(CallersOfNamesakes, DifferByWhatCameWhileAUnitWasTakenOut) {
   refer_to_solve(1);
   Declaration::decs.erase(Declaration::decs.begin());
@@ -266,24 +222,6 @@ TEST_F(CallersOfNamesakes, DifferByWhatCameWhileAUnitWasTakenOut) {
   refer_to_solve(3);
   EXPECT_EQ((Texts{"1 3 ", "1 2 3 ", "1 2 3 ", "2 3 "}),
             lines_of({first, second, third, fourth}));
-}
-
-TEST_F(CallersOfNamesakes, AreKeptByAUnitThatIsTakenOutWhenTheRunIsForgotten) {
-  static const Declaration* const taken_out = first;
-  refer_to_solve(1);
-  Declaration::decs.erase(Declaration::decs.begin());
-  Declaration::forget_all();
-  add_solve();
-  add_solve();
-  refer_to_solve(2);
-  EXPECT_EQ(Texts{"1 "}, lines_of({taken_out}));
-}
-
-TEST_F(CallersOfNamesakes, StayAsTheyCameFirstWhenAnotherSlotHasThePath) {
-  refer_to_solve(1);
-  refer_to_solve(1, a_again);
-  EXPECT_EQ((Texts{"1 ", "1 ", "1 "}), lines_of({first, second, third}));
-  EXPECT_EQ(files.slot(a), third->callers.begin()->file);
 }
 
 // Modern trees register the name PUBLIC in each of hundreds of modules, and

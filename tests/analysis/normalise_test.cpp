@@ -106,15 +106,14 @@ class NormaliseFile : public ::testing::Test {
   TemporaryFolder folder;
 };
 
-static void hide_in_free_form(ramFILE* file) {
-  hide_F90_strings_comments(file, false);
-}
-
-static void hide_in_fixed_form(ramFILE* file) {
-  hide_F90_strings_comments(file, true);
-}
-
 TEST_F(NormaliseFile, HideHandlesEachLineByItselfAndRewinds) {
+  const auto hide_in_free_form = [](ramFILE* file) {
+    hide_F90_strings_comments(file, false);
+  };
+  const auto hide_in_fixed_form = [](ramFILE* file) {
+    hide_F90_strings_comments(file, true);
+  };
+  EXPECT_EQ(Texts{}, after(hide_in_free_form, ""));
   EXPECT_EQ((Texts{"x = \"    ", "a    \n", "\n", "\" \"\n", "  "}),
             after(hide_in_free_form, "x = \"abc\na ! b\n\n\"c\"\n!d"));
   EXPECT_EQ((Texts{"      \n", " ! \"a\"\n"}),
@@ -131,15 +130,6 @@ TEST(NormaliseFileDeathTest, NullFilesAreIgnored) {
   EXPECT_EXIT((merge_F90_continuations(null), _exit(0)), survives, "");
 }
 
-TEST_F(NormaliseFile, AFileWithoutLinesStaysWithout) {
-  write_file("empty.f90", "");
-  ramFILE_imp file("empty.f90");
-  hide_F90_strings_comments(&file, false);
-  merge_F90_continuations(&file);
-  EXPECT_EQ(file.begin(), file.end());
-  EXPECT_TRUE(file.at_eof());
-}
-
 static const std::string long_text(1000, 'x');
 
 // clang-format off
@@ -147,6 +137,7 @@ static const struct {
   std::string content;
   Texts lines;
 } joined[] = {
+  { "",                                  {} },
   { "call f(a, &\n       b)\nend\n",     {"\n", "call f(a, b)\n", "end\n"} },
   { "call f(a, &\r\n       b)\r\n",      {"\n", "call f(a, b)\r\n"} },
   { "call f(a, &\n  b)",                 {"\n", "call f(a, b)"} },

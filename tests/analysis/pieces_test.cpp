@@ -5,9 +5,9 @@
 #include <sys/stat.h>
 
 #include <cstdio>
-#include <cstring>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "tests/support/failing_file.h"
@@ -20,30 +20,15 @@ static const std::size_t block = 32768;
 
 using Sizes = std::vector<std::size_t>;
 
-struct Piece {
-  std::string text;
-  bool at_end;
-
-  bool operator==(const Piece& other) const {
-    return text == other.text && at_end == other.at_end;
-  }
-};
-
-static std::ostream& operator<<(std::ostream& out, const Piece& piece) {
-  out << piece.text.size() << (piece.at_end ? " at the end" : "") << " \"";
-  for (const char c : piece.text.substr(0, 20))
-    out << (c == '\n' ? "\\n" : std::string(1, c));
-  return out << '"';
-}
-
-using List = std::vector<Piece>;
+// Pieces, and whether the end of the file was met.
+using List = std::vector<std::pair<std::string, bool>>;
 
 static List read(const char* path, std::size_t piece_size) {
   Pieces pieces(path, piece_size);
   List list;
   std::string_view piece;
   while (pieces.next(piece)) {
-    list.push_back({std::string(piece), pieces.at_end()});
+    list.emplace_back(piece, pieces.at_end());
     EXPECT_EQ('\0', piece.data()[piece.size()]);
   }
   EXPECT_TRUE(pieces.at_end());
@@ -58,7 +43,7 @@ static List read_by_fgets(const char* path, std::size_t piece_size) {
   std::string buffer(piece_size, '#');
   while (std::fgets(buffer.data(), static_cast<int>(piece_size), file))
     // A text ends at its first NUL. NOLINTNEXTLINE(readability-redundant-*)
-    list.push_back({buffer.c_str(), std::feof(file) != 0});
+    list.emplace_back(buffer.c_str(), std::feof(file) != 0);
   std::fclose(file);
   return list;
 }
@@ -145,29 +130,6 @@ TEST_F(PiecesTest, GoOverTheEndsOfBlocks) {
             FAIL() << token << " at " << at << " after lines of " << line;
         }
       }
-}
-
-TEST_F(PiecesTest, GoOverManyBlocks) {
-  for (const std::size_t line : {1u, 7u, 1024u, 4097u, 50000u}) {
-    std::string content;
-    while (content.size() < 5 * block)
-      content += std::string(line, static_cast<char>('a' + content.size() % 26))
-                     .append("\n");
-    expect_those_of_fgets(content);
-    if (HasFailure()) FAIL() << line;
-  }
-}
-
-// A NUL ends the pieces of all blocks alike, the first one included.
-TEST_F(PiecesTest, AreCutByNulsInAnyBlock) {
-  std::string content;
-  while (content.size() < 3 * block) content += "some text\n";
-  for (std::size_t at = 3; at < content.size(); at += block / 2) {
-    std::string with_nul = content;
-    with_nul[at] = '\0';
-    expect_those_of_fgets(with_nul);
-    if (HasFailure()) FAIL() << at;
-  }
 }
 
 TEST_F(PiecesTest, OfAFileThatCannotBeOpenedAreNone) {

@@ -87,13 +87,3 @@ TEST_F(SourceLinesTest, AreScannedWithoutStringsAndCommentsIfThoseAreHidden) {
     EXPECT_EQ(c.scanned, lines.scanned) << c.style;
   }
 }
-
-TEST_F(SourceLinesTest, OfADirectoryAreNone) {
-  SourceLines source(".", false);
-  ASSERT_TRUE(source.is_open());
-  EXPECT_FALSE(source.next());
-}
-
-TEST_F(SourceLinesTest, OfAFileThatCannotBeOpenedAreNone) {
-  EXPECT_FALSE(SourceLines("missing.f90", false).is_open());
-}
