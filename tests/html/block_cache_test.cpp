@@ -42,30 +42,6 @@ class BlockCacheTest : public testing::Test {
   std::array<Declaration::Registry, 100> names;
 };
 
-TEST_F(BlockCacheTest, RendersABlockOnce) {
-  EXPECT_EQ("one\n", shown(0, 2, 2, "one\n"));
-  EXPECT_EQ("one\n", shown(0, 2, 2, "another"));
-  EXPECT_EQ("one\n", shown(0, 2, 2, "another"));
-  EXPECT_EQ(1, rendered);
-}
-
-TEST_F(BlockCacheTest, KeepsTheBlocksOfNamesApart) {
-  EXPECT_EQ("one", shown(0, 2, 2, "one"));
-  EXPECT_EQ("two", shown(1, 2, 2, "two"));
-  EXPECT_EQ("one", shown(0, 2, 2, "another"));
-  EXPECT_EQ("two", shown(1, 2, 2, "another"));
-  EXPECT_EQ(2, rendered);
-}
-
-TEST_F(BlockCacheTest, IsNotSharedWithOtherCaches) {
-  shown(0, 2, 2, "one");
-  BlockCache other;
-  EXPECT_EQ("two", written([&](std::FILE* html) {
-              other.write(units_of(0, 2), 2, html,
-                          [](std::FILE* block) { put(block, "two"); });
-            }));
-}
-
 TEST_F(BlockCacheTest, KeepsEveryByteAndNothingOfEarlierBlocks) {
   std::string bytes;
   for (int code = 0; code < 256; ++code) bytes += static_cast<char>(code);
@@ -83,12 +59,6 @@ TEST_F(BlockCacheTest, RendersABlockAnewOnceItHasMoreItems) {
   EXPECT_EQ("ab", shown(0, 2, 2, "another"));
   EXPECT_EQ("abc", shown(0, 3, 3, "abc"));
   EXPECT_EQ(3, rendered);
-}
-
-TEST_F(BlockCacheTest, KeepsABlockWithoutItems) {
-  EXPECT_EQ("none", shown(0, 2, 0, "none"));
-  EXPECT_EQ("none", shown(0, 2, 0, "another"));
-  EXPECT_EQ("one", shown(0, 2, 1, "one"));
 }
 
 TEST_F(BlockCacheTest, ForgetsItsBlocksWithTheRegistry) {

@@ -2,16 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <climits>
-#include <cstddef>
 #include <string>
-#include <vector>
 
 #include "analysis/calling.h"
 #include "driver/settings.h"
 #include "tests/support/alone.h"
 #include "tests/support/file_list.h"
 #include "tests/support/settings_guard.h"
+
+using namespace std::string_literals;
 
 // A path keeps its number as long as the program runs, so every test asks for
 // paths whose numbers no other test takes.
@@ -99,6 +98,9 @@ TEST(HtmlRef, ReplacesTheExtensionByTheNumber) {
        "544432.html"},
       {"100%s%n.f90", "100%s%n1389939.html"},
       {std::string(3000, 'x') + ".f90", std::string(3000, 'x') + "892191.html"},
+      // Files can share a page.
+      {"xxxxxxxxxxxxxxxxW/a88.f90", "a884636.html"},
+      {"cd/a.f90", "a884636.html"},
       // At least four digits.
       {path_with_number(7, "solver.f90"), "solver0007.html"},
       {path_with_number(8, "a.b.f90"), "a.b0008.html"},
@@ -150,30 +152,14 @@ TEST(HtmlRef, OfTheEmptyPathHasTheFirstNumberThatIsFree) {
 TEST(HtmlName, JoinsDirectorySeparatorAndPageName) {
   const SettingsGuard settings;
   FileList files({"a.f90"});
-  for (const std::string directory :
-       {"HTML", "/tmp/out", "out/", "", "100%s%n"})
+  for (const std::string& directory :
+       {"HTML"s, "out/"s, ""s, "100%s%n"s, std::string(3000, 'd')})
     for (const char separator : {'/', '\\'}) {
       html_dir = directory;
       slash = separator;
       EXPECT_EQ(directory + separator + "a1751050.html",
                 HTML_NAME(files.slot(0)));
     }
-  html_dir = std::string(3000, 'd');
-  EXPECT_EQ(html_dir + "\\a1751050.html", HTML_NAME(files.slot(0)));
-}
-
-TEST(HtmlXref, IsThePageWithTheLine) {
-  FileList files({"src/a.f90"});
-  const struct {
-    int line;
-    const char* address;
-  } cases[] = {
-      {1, "a1530023.html#line1"},
-      {42, "a1530023.html#line42"},
-      {INT_MAX, "a1530023.html#line2147483647"},
-  };
-  for (const auto& c : cases)
-    EXPECT_STREQ(c.address, HTML_XREF(Calling{files.slot(0), c.line}));
 }
 
 TEST(PageNames, EachOperationKeepsItsResultUntilItsOwnNextCall) {

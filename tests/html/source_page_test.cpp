@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -15,7 +14,6 @@
 #include "analysis/name_index.h"
 #include "analysis/words.h"
 #include "driver/settings.h"
-#include "html/page_names.h"
 #include "tests/support/capture.h"
 #include "tests/support/file_list.h"
 #include "tests/support/open_files.h"
@@ -113,6 +111,9 @@ TEST_F(PrintLinks, LaysMarksOverWords) {
   const std::string long_word(100000, 'w');
   const std::string name(255, 'n');
   const std::string longer = name + "_and_more";
+  std::string bytes;
+  for (int code = 1; code < 256; ++code)
+    if (code != '\n') bytes += static_cast<char>(code);
   ASSERT_EQ(hash_of("apply_rk_0"), hash_of("cpply_rk_1"));
   ASSERT_EQ(hash_of("apply_rk_0"), hash_of("epply_rk_2"));
   const struct {
@@ -169,7 +170,8 @@ TEST_F(PrintLinks, LaysMarksOverWords) {
       // A NUL ends a line, its line end included.
       {std::string("x \0f\nf\n", 7), "x " + reference(2, f, "f") + "\n"},
       {std::string("\0\0\0\n\0", 5), ""},
-      // All else reaches the page as it is.
+      // All else reaches the page unchanged.
+      {bytes + "\n", bytes + "\n"},
       {"\n   \t  \nDOS\r\n\f form feed \v\n\"open 'quotes\n&\n& &\n! x\n",
        "\n   \t  \nDOS\r\n\f form feed \v\n\"open 'quotes\n&\n& &\n! x\n"},
   };
@@ -241,30 +243,24 @@ TEST_F(PrintLinks, LongPagesAreWrittenInPiecesOf64Kilobytes) {
 }
 
 TEST_F(PrintLinks, TitleAndHeadingAreTheLastPathComponent) {
-  FileList deep({"src/sub.d/a.f90", "src/100%s<&>%n.f90"});
-  write_file(*deep.slot(0), "x\n");
-  print_links(deep.slot(0), false);
-  EXPECT_EQ(source_page("a.f90", "x\n", date_time),
-            content_of("HTML/a2049440.html"));
-
-  write_file(*deep.slot(1), "x\n");
-  print_links(deep.slot(1), false);
-  EXPECT_EQ(source_page("100%s<&>%n.f90", "x\n", date_time),
-            content_of("HTML/100%s<&>%n1969392.html"));
-}
-
-TEST_F(PrintLinks, ThePathSeparatorIsTheOneOfTheSettings) {
-  slash = '\\';
-  FileList odd({"src\\a.f90"});
-  write_file(*odd.slot(0), "x\n");
-  print_links(odd.slot(0), false);
-  EXPECT_EQ(source_page("a.f90", "x\n", date_time),
-            content_of("HTML\\a1755158.html"));
-}
-
-TEST_F(PrintLinks, APageOfAnEarlierRunIsReplaced) {
-  page_of(0, "x = 1\ny = 2\n");
-  EXPECT_EQ("z\n", content("z\n"));
+  const struct {
+    char separator;
+    std::string path;
+    std::string title;
+    std::string page;
+  } cases[] = {
+      {'/', "src/sub.d/a.f90", "a.f90", "HTML/a2049440.html"},
+      {'/', "src/100%s<&>%n.f90", "100%s<&>%n.f90",
+       "HTML/100%s<&>%n1969392.html"},
+      {'\\', "src\\a.f90", "a.f90", "HTML\\a1755158.html"},
+  };
+  for (const auto& c : cases) {
+    slash = c.separator;
+    FileList file({c.path});
+    write_file(c.path, "x\n");
+    print_links(file.slot(0), false);
+    EXPECT_EQ(source_page(c.title, "x\n", date_time), content_of(c.page));
+  }
 }
 
 TEST_F(PrintLinks, NamesDefinedTwiceShowAllDefinitionsAtEveryReference) {
@@ -295,31 +291,6 @@ TEST_F(PrintLinks, NamesDefinedTwiceHaveNumberedAnchorsAndTheSameMenu) {
                   "subroutine " + definition("Solve-2", "Solve", items) + "\n",
                   date_time),
       page_of(1, "subroutine Solve\n"));
-}
-
-TEST_F(PrintLinks, TheSamePathInAnotherSlotIsAnotherFile) {
-  FileList twice({"a.f90", "a.f90"});
-  new Declaration(DT_SUBROUTINE, "solve", twice.slot(0), 1);
-  write_file("a.f90", "solve\n");
-  print_links(twice.slot(1), false);
-  EXPECT_EQ(
-      source_page("a.f90", reference(1, page_a + "#solve-1", "solve") + "\n",
-                  date_time),
-      content_of("HTML/" + page_a));
-}
-
-TEST_F(PrintLinks, AllTwentyKeywordsAndNoOthersAreHighlighted) {
-  html_style = BOLD_KEYWORDS | LEVEL_3;
-  for (const char* keyword :
-       {"program", "module", "subroutine", "function", "interface",
-        "type",    "if",     "then",       "else",     "elseif",
-        "endif",   "do",     "while",      "until",    "continue",
-        "enddo",   "select", "case",       "allocate", "deallocate"})
-    EXPECT_EQ("<b>" + std::string(keyword) + "</b>\n",
-              content(std::string(keyword) + "\n"));
-  const std::string others =
-      "end call use contains endprogram do_ .if. iff doif 1do integer\n";
-  EXPECT_EQ(others, content(others));
 }
 
 TEST_F(PrintLinks, AnEntryInUpperCaseFindsItsKeywordInLowerCase) {
@@ -393,13 +364,6 @@ TEST_F(PrintLinksDeathTest, StopsWhenTheOutputDirectoryIsMissing) {
               testing::KilledBySignal(SIGABRT), assertion);
 }
 
-TEST_F(PrintLinksDeathTest, StopsWhenThePageCannotBeCreated) {
-  write_file("a.f90", "x\n");
-  fs::create_directory("HTML/" + page_a);
-  EXPECT_EXIT(print_links(files.slot(0), false),
-              testing::KilledBySignal(SIGABRT), assertion);
-}
-
 class ColumnRule : public PrintLinks {
  protected:
   // The sizes of the columns of the menu of a unit with n callers.
@@ -461,26 +425,6 @@ TEST_F(ColumnRule, SpreadsTheCallersOverOneToThreeColumns) {
     EXPECT_EQ(c.columns, columns(c.callers)) << c.callers << " callers";
 }
 
-TEST_F(PrintLinks, CallersAreListedByFileNameAndLine) {
-  Declaration& f = declare("f", 0, 1);
-  f.add_calling(files.slot(2), 1);
-  for (const int line : {10, 9, 9}) f.add_calling(files.slot(1), line);
-  EXPECT_EQ(
-      definition("f-1", "f",
-                 caller(page_b, "b.f90", 9) + caller(page_b, "b.f90", 10) +
-                     caller(page_c, "c.f90", 1)) +
-          "\n",
-      content("f\n"));
-}
-
-TEST_F(PrintLinks, AllByteValuesPassThroughUnchanged) {
-  std::string bytes;
-  for (int code = 1; code < 256; ++code)
-    if (code != '\n') bytes += static_cast<char>(code);
-  html_style |= LEVEL_3;
-  EXPECT_EQ(bytes + "\n", content(bytes + "\n"));
-}
-
 TEST_F(PrintLinks, ALaterRunShowsItsOwnUnitsAndCallers) {
   for (int run = 1; run <= 3; ++run) {
     Declaration::forget_all();
@@ -495,31 +439,6 @@ TEST_F(PrintLinks, ALaterRunShowsItsOwnUnitsAndCallers) {
             "\n",
         content("s\ns\n"))
         << run;
-  }
-}
-
-TEST_F(PrintLinks, PanesFollowTheSeparatorOfPaths) {
-  FileList list({"a.f90", "d/b.f90"});
-  Declaration* const first = new Declaration(DT_TYPE, "s", list.slot(0), 1);
-  new Declaration(DT_TYPE, "s", list.slot(1), 2);
-  first->add_calling(list.slot(1), 3);
-  write_file("a.f90", "s\ns\n");
-  const std::string number = std::to_string(unique_id("d/b.f90"));
-  for (const char separator : {'/', '\\', '/'}) {
-    slash = separator;
-    const std::string page =
-        (separator == '/' ? "b" : "d/b") + number + ".html";
-    print_links(list.slot(0), false);
-    EXPECT_EQ(
-        source_page("a.f90",
-                    definition("s-1", "s", caller(page, "d/b.f90", 3)) +
-                        "\n<a NAME=\"line2\"></a>" +
-                        definitions_pane(
-                            "s", pane_item(page_a, "a.f90", "s", 1, 1) +
-                                     pane_item(page, "d/b.f90", "s", 2, 2)) +
-                        "\n",
-                    date_time),
-        content_of("HTML" + std::string(1, separator) + page_a));
   }
 }
 
@@ -542,16 +461,6 @@ TEST(PrintSyntax, WritesTheColumnsInTheChosenStyle) {
               }))
         << c.style;
   }
-}
-
-TEST(PrintSyntax, EscapesNothingAndMayBeEmpty) {
-  const SettingsGuard settings;
-  html_style = BOLD_KEYWORDS;
-  EXPECT_EQ("<b><%s&></b>", written([](std::FILE* html) {
-              print_syntax("<%s&>", 0, 5, html);
-            }));
-  EXPECT_EQ("<b></b>",
-            written([](std::FILE* html) { print_syntax("if", 1, 1, html); }));
 }
 
 }  // namespace

@@ -10,19 +10,14 @@
 #include <gtest/gtest.h>
 
 #include <stdlib.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <clocale>
 #include <functional>
-#include <map>
 
 #include "driver/settings.h"
-#include "html/page_names.h"
 #include "tests/properties/random_tree.h"
 #include "tests/support/alone.h"
 #include "tests/support/environment.h"
-#include "tests/support/file_list.h"
 #include "tests/support/fixed_clock.h"
 #include "tests/support/latin_1_locale.h"
 #include "tests/support/settings_guard.h"
@@ -123,50 +118,6 @@ TEST(Runs, AreTheSameInEveryEnvironment) {
       setenv("TZ", "UTC0", 1);
       expect_no_faults(tree);
     });
-  });
-}
-
-// The number that the bytes of a path add up to.
-int path_sum(const std::string& path) {
-  int sum = 0;
-  for (const char c : path)
-    sum = (sum + static_cast<signed char>(c) * 5003) & 0x1FFFFF;
-  return sum;
-}
-
-std::string page_name_of(const std::string& path) {
-  FileList files({path});
-  return HTML_REF(files.slot(0));
-}
-
-// Page names in a process that asks for them in the order of a list.
-void expect_names_in_order(const std::vector<std::string>& list) {
-  std::map<int, std::string> owners;
-  for (const std::string& path : list) {
-    int number = path_sum(path);
-    while (!owners.try_emplace(number, path).second && owners[number] != path)
-      ++number;
-    const std::string last = path.substr(path.rfind('/') + 1);
-    char ending[32];
-    std::snprintf(ending, sizeof ending, "%04d.html", number);
-    EXPECT_EQ(last.substr(0, last.rfind('.')) + ending, page_name_of(path));
-  }
-}
-
-TEST(PageNames, FollowFromThePathsAndTheOrderInWhichTheyAreAskedFor) {
-  alone([] {
-    std::vector<std::string> list;
-    for_trees([&](const Tree& tree, Dice&) {
-      list.insert(list.end(), tree.list.begin(), tree.list.end());
-    });
-    expect_names_in_order(list);
-  });
-}
-
-TEST(PageNames, CanBeSharedByFilesOfDifferentStemsAndNumbers) {
-  alone([] {
-    EXPECT_EQ("a884636.html", page_name_of("xxxxxxxxxxxxxxxxW/a88.f90"));
-    EXPECT_EQ("a884636.html", page_name_of("cd/a.f90"));
   });
 }
 
