@@ -43,7 +43,7 @@ class RamFile : public ::testing::Test {
   // soon as the last one is handed out.
   static Texts rest_of(ramFILE& file) {
     Texts lines;
-    while (!file.at_eof() && lines.size() < 100)
+    while (!file.at_eof() && lines.size() < 60000)
       lines.push_back(next_line(file));
     EXPECT_EQ("", next_line(file));
     EXPECT_EQ("", next_line(file));
@@ -103,6 +103,12 @@ TEST_F(RamFile, SplitsLongLinesInto1023Characters) {
     EXPECT_EQ(expected, rest_of(*loaded(content)))
         << c.characters << " characters, line end " << c.line_end;
   }
+}
+
+TEST_F(RamFile, HoldsAnyNumberOfLines) {
+  std::string content;
+  for (int i = 0; i < 50000; ++i) content += "x\n";
+  EXPECT_EQ(Texts(50000, "x\n"), rest_of(*loaded(content)));
 }
 
 TEST_F(RamFile, OfAFileWithoutLinesIsNoHandleAndSaysNothing) {
