@@ -29,7 +29,7 @@ class CallersTest : public testing::Test {
   Callers third;
 };
 
-TEST_F(CallersTest, AreOrderedAndTakeNoReferenceTwiceHoweverTheyCome) {
+TEST_F(CallersTest, AreSortedWithoutDuplicatesWhateverTheOrderOfInsertion) {
   const Calling calls[] = {a2, a10, b1, {files.slot(2), 10}, a2};
   int order[] = {0, 1, 2, 3, 4};
   do {
@@ -46,7 +46,7 @@ TEST_F(CallersTest, KeepTheFirstOfEqualReferences) {
   EXPECT_EQ(a1.file, first.begin()->file);
 }
 
-TEST_F(CallersTest, TakeNoMemoryForRepeats) {
+TEST_F(CallersTest, NeedNoMemoryForDuplicates) {
   for (const Calling& calling : {b1, a2, a1}) first.insert(calling);
   first.insert(b1);
   const std::size_t before = heap_in_use();
@@ -56,13 +56,13 @@ TEST_F(CallersTest, TakeNoMemoryForRepeats) {
   EXPECT_EQ(3u, first.size());
 }
 
-// Sorting them for each one would take minutes.
-TEST_F(CallersTest, ComeInAnyNumberInTheReverseOrder) {
+// Sorting after each insertion would take minutes.
+TEST_F(CallersTest, AreSortedQuicklyWhenManyAreInsertedInReverseOrder) {
   for (int line = 20000; line > 0; --line) first.insert({files.slot(0), line});
   EXPECT_EQ(20000u, first.size());
 }
 
-TEST_F(CallersTest, AreWalkedWithoutThePathsOnceSorted) {
+TEST_F(CallersTest, CanBeReadWithoutTheirPathsOnceSorted) {
   std::string paths[] = {"b.f90", "a.f90"};
   char* slots[] = {paths[0].data(), paths[1].data()};
   first.insert({&slots[0], 1});
@@ -73,7 +73,7 @@ TEST_F(CallersTest, AreWalkedWithoutThePathsOnceSorted) {
   EXPECT_EQ(2u, first.size());
 }
 
-TEST_F(CallersTest, ShowWhatIsAddedToAllThatShare) {
+TEST_F(CallersTest, InsertedInAllAppearInEverySetThatSharesTheRecords) {
   first.start_anew();
   for (Callers* callers : {&second, &third}) callers->share(first);
   first.insert_in_all(b1);
@@ -82,7 +82,7 @@ TEST_F(CallersTest, ShowWhatIsAddedToAllThatShare) {
     EXPECT_EQ((Texts{"a.f90:1", "b.f90:1"}), places(*callers));
 }
 
-TEST_F(CallersTest, ShareWhatIsThereAlreadyInsteadOfTheirOwn) {
+TEST_F(CallersTest, AreReplacedByTheRecordsThatTheyShare) {
   first.insert(a1);
   second.insert(a2);
   second.share(first);
@@ -92,7 +92,7 @@ TEST_F(CallersTest, ShareWhatIsThereAlreadyInsteadOfTheirOwn) {
   EXPECT_EQ(Texts{"a.f90:1"}, places(first));
 }
 
-TEST_F(CallersTest, AreNotSharedAnyMoreWhenOneGetsAReferenceOfItsOwn) {
+TEST_F(CallersTest, InsertedInOneSetDoNotAppearInTheOthers) {
   first.insert(a1);
   for (Callers* callers : {&second, &third}) callers->share(first);
   EXPECT_TRUE(second.insert(a2));

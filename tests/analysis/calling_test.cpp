@@ -9,7 +9,7 @@ static const struct {
   const char* file_a; int line_a;
   const char* file_b; int line_b;
 } ordered[] = {
-  { "a.f90",   9,  "b.f90",   1 },   // the name goes before the line
+  { "a.f90",   9,  "b.f90",   1 },   // the name counts first
   { "a.f90",   9,  "a.f90",  10 },   // lines are numbers
   { "a.f90",  -1,  "a.f90",   0 },
   { "B.f90",   1,  "a.f90",   1 },   // case counts
@@ -20,7 +20,7 @@ static const struct {
 };
 // clang-format on
 
-TEST(CallingOrder, IsByFileNameByteByByteThenByLine) {
+TEST(CallingOrder, ComparesFileNamesByteByByteAndThenLines) {
   for (const auto& c : ordered) {
     FileList files({c.file_b, c.file_a});
     const Calling a = {files.slot(1), c.line_a};

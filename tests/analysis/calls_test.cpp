@@ -26,8 +26,8 @@ using Texts = std::vector<std::string>;
 
 class GatherCalls : public ::testing::Test {
  protected:
-  // The lines of a file with this content that refer to a unit of this name,
-  // which none of them declares.
+  // The lines of a file with this content that refer to a unit with this name,
+  // which another file declares.
   static Lines referring_lines(const std::string& name,
                                const std::string& content,
                                bool fixed_form = false) {
@@ -54,7 +54,7 @@ class GatherCalls : public ::testing::Test {
   SettingsGuard guard;
 };
 
-TEST_F(GatherCalls, AddsAReferenceToEveryUnitOfTheName) {
+TEST_F(GatherCalls, AddsAReferenceToEveryUnitWithTheName) {
   write_file("b.f90", std::string(29, '\n') + "call solve(x)\n");
   FileList files({"a.f90", "b.f90"});
   for (const char* name : {"solve", "SOLVE", "solver"})
@@ -78,7 +78,7 @@ lines[] = {
   { "solve",    "end subroutine solve",  true },
   { "solve",    "u%solve",               true },
   { "solve",    "solve\r",               true },
-  { "solve",    "\xe9solve\xff",         true },   // above 127: separators
+  { "solve",    "\xe9solve\xff",         true },   // only ASCII counts
   { "solve",    "solver",                false },
   { "solve",    "re_solve",              false },
   { "solve",    "a.eq.solve",            false },  // part of a longer word
@@ -93,13 +93,13 @@ lines[] = {
   { "",         "",                      false },
   { ".x.",      "interface operator(.x.)", true },  // declares nothing
   { "swap",     "module procedure swap", true },
-  { long_name,  long_name + "N",         true },   // known by what fits
+  { long_name,  long_name + "N",         true },   // 255 characters count
   { long_name,  long_name.substr(1),     false },
   { "solve",    long_name + "solve",     false },
 };
 
-// References in what may be hidden: whether there is one when it is shown, when
-// it is hidden, and when it is hidden by the rule of the fixed form.
+// Whether a line is a reference when comments and strings are shown, when they
+// are hidden, and when they are hidden by the fixed-form rule.
 static const struct {
   const char* line;
   bool shown;
@@ -124,18 +124,18 @@ static const struct { std::string content; Lines lines; } contents[] = {
   { "solve\r\n\r\ncall solve\r\n",       {1, 3} },
   { "solve\0 x\n\0solve\nsolve\n"s,      {1, 3} },
   { std::string(4090, ' ') + "solve\n",  {1} },
-  { std::string(4091, ' ') + "solve\n",  {} },      // torn between two pieces
+  { std::string(4091, ' ') + "solve\n",  {} },      // split between two pieces
   { std::string(4095, 'x') + "solve\n",  {2} },
   { std::string(4090, ' ') + "solve",    {1} },     // fills the last piece
 };
 // clang-format on
 
-TEST_F(GatherCalls, TakesAnyWordThatIsTheNameOfAUnit) {
+TEST_F(GatherCalls, TreatsEveryWordThatNamesAUnitAsAReference) {
   for (const auto& c : lines)
     EXPECT_EQ(c.refers, refers(c.name, c.line)) << c.name << " in " << c.line;
 }
 
-TEST_F(GatherCalls, LeavesCommentsAndStringsOutWhenTheyAreHidden) {
+TEST_F(GatherCalls, IgnoresHiddenCommentsAndStrings) {
   for (const auto& c : hideable) {
     html_style = 0xffffffffu & ~1u;
     EXPECT_EQ(c.shown, refers("solve", c.line)) << c.line;
@@ -146,7 +146,7 @@ TEST_F(GatherCalls, LeavesCommentsAndStringsOutWhenTheyAreHidden) {
   }
 }
 
-TEST_F(GatherCalls, AddsOneRecordForEachPieceOfALineThatNamesAUnit) {
+TEST_F(GatherCalls, AddsOneReferenceForEachPieceOfALine) {
   for (const auto& c : contents)
     EXPECT_EQ(c.lines, referring_lines("solve", c.content)) << c.content;
 }
@@ -173,24 +173,24 @@ static const Tree trees[] = {
   { { {"a.f90", "subroutine solve\nend\n"},
       {"b.f90", "recursive subroutine solve\nend\n"} },
     { "solve: b.f90:1" } },
-  // Each of the two slots declares its own.
+  // Each slot of the file declares a unit.
   { { {"a.f90", "subroutine solve\ncall solve\n"},
       {"a.f90", "subroutine solve\ncall solve\n"} },
     { "solve: a.f90:2", "solve: a.f90:2" } },
   { { {"a.f90", "interface operator (.x.)\nc = a .x. b\nend\n"} },
     { ".x.: a.f90:2" } },
-  // References go by file name and line, and may precede their unit.
+  // References are sorted by file name and line, and may precede their unit.
   { { {"b.f90", "call solve\n"},
       {"a.f90", std::string(8, '\n') + "call solve\ncall solve\n"},
       {"B.f90", "call solve\n"},
       {"z.f90", "subroutine solve\nend\n"} },
     { "solve: B.f90:1 a.f90:9 a.f90:10 b.f90:1" } },
-  // The declaration pass counts shorter pieces of long lines.
+  // The declaration pass splits long lines into shorter pieces.
   { { {"a.f90", std::string(1022, ' ') + "\nsubroutine solve\nend\n"} },
     { "solve:" } },
   { { {"a.f90", std::string(1023, ' ') + "\nsubroutine solve\nend\n"} },
     { "solve: a.f90:2" } },
-  // Both passes know long names by the same characters.
+  // Both passes compare the same characters of long names.
   { { {"a.f90", "subroutine " + long_name + "a\n"
                 "interface operator (." + long_name + ".)\n"
                 "call " + long_name + "b\n"
@@ -199,7 +199,7 @@ static const Tree trees[] = {
 };
 // clang-format on
 
-TEST_F(GatherCalls, FindsTheReferencesToTheUnitsOfATree) {
+TEST_F(GatherCalls, FindsTheReferencesInSeveralFiles) {
   for (const Tree& tree : trees) {
     Texts paths;
     for (const auto& [path, content] : tree.files) {
@@ -236,7 +236,7 @@ reports[] = {
 };
 // clang-format on
 
-TEST_F(GatherCalls, ReportsTheFileInVerboseMode) {
+TEST_F(GatherCalls, ReportsEachFileInVerboseMode) {
   write_file("src/a.f90", "call solve\n");
   write_file("empty.f90", "");
   write_file("%s%n.f90", "%s%n\n");
@@ -248,8 +248,8 @@ TEST_F(GatherCalls, ReportsTheFileInVerboseMode) {
   }
 }
 
-// The file is a named pipe, which is read when its writer lets it.
-TEST_F(GatherCalls, ShowsItsReportBeforeItReadsAndWhenItIsDone) {
+// The file is a pipe, which can be read only once its writer has closed it.
+TEST_F(GatherCalls, FlushesItsReportBeforeReadingAndAtTheEnd) {
   ASSERT_EQ(0, mkfifo("a.f90", 0600));
   verbose = 1;
   FileList files({"a.f90"});

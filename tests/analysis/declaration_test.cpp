@@ -24,7 +24,7 @@ class Registry : public ::testing::Test {
   SettingsGuard guard;
 };
 
-TEST_F(Registry, TakesAUnitWhenItIsBuilt) {
+TEST_F(Registry, ContainsAUnitOnceItIsConstructed) {
   char name[] = "Solve_2.x";
   Declaration* const unit =
       new Declaration(DT_FUNCTION, name, files.slot(1), 12);
@@ -40,7 +40,7 @@ TEST_F(Registry, TakesAUnitWhenItIsBuilt) {
   EXPECT_EQ(unit, Declaration::decs.begin()->second);
 }
 
-TEST_F(Registry, IsOrderedByTheBytesOfTheUpperCaseName) {
+TEST_F(Registry, IsSortedByTheBytesOfTheUpperCaseNames) {
   for (const char* name :
        {"b", "\xe9", "a_b", "ab", "A1", ".cross.", "", "a", "_", "Ab1"})
     new Declaration(DT_TYPE, name, files.slot(0), 1);
@@ -52,7 +52,7 @@ TEST_F(Registry, IsOrderedByTheBytesOfTheUpperCaseName) {
             registered());
 }
 
-TEST_F(Registry, CountsItsChangesAndIsEmptyOnceForgotten) {
+TEST_F(Registry, CountsItsChangesAndCanBeEmptied) {
   const unsigned before = Declaration::generation();
   Declaration* const unit = new Declaration(DT_TYPE, "point", files.slot(0), 1);
   EXPECT_EQ(before + 1, Declaration::generation());

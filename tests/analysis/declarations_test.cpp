@@ -18,7 +18,7 @@ using Texts = std::vector<std::string>;
 
 class GatherDeclarations : public ::testing::Test {
  protected:
-  // What the pass registers for these files, in this order.
+  // The units that the pass registers for these files.
   static Texts gathered_from(const Texts& paths) {
     FileList files(paths);
     for (std::size_t i = 0; i < paths.size(); ++i)
@@ -28,7 +28,7 @@ class GatherDeclarations : public ::testing::Test {
     return units;
   }
 
-  // What it registers for a file with this content.
+  // The units that it registers for a file with this content.
   static Texts gathered(const std::string& content) {
     write_file("a.f90", content);
     return gathered_from({"a.f90"});
@@ -54,8 +54,8 @@ class GatherDeclarations : public ::testing::Test {
 
 static std::string blanks(std::size_t count) { return std::string(count, ' '); }
 
-static const std::string n(254,
-                           'n');  // one character less than a name may have
+// One character shorter than the longest name.
+static const std::string n(254, 'n');
 
 // clang-format off
 static const struct {
@@ -82,7 +82,7 @@ static const struct {
   { "type " + n + "a",                    "type " + n + "a" },
   { "type " + n + "ab",                   "type " + n + "a" },
 
-  // Separators before the name are skipped unseen.
+  // Any separators before the name are skipped.
   { "subroutine(solve)",                  "subroutine solve" },
   { "type :: point",                      "type point" },
   { "type, public :: point",              "type public" },
@@ -103,9 +103,9 @@ static const struct {
   { "program_x y",                        "" },
   { "10 subroutine solve",                "" },
   { ";subroutine solve",                  "" },
-  { "\xef\xbb\xbfprogram heat",           "" },   // the mark of UTF-8
+  { "\xef\xbb\xbfprogram heat",           "" },   // byte order mark
 
-  // Module procedures and variables of a derived type are no units.
+  // Module procedures and variables of a derived type are not units.
   { "module procedure swap_int, swap_real", "" },
   { "MODULE PROCEDURE :: swap",           "" },
   { "module procedure",                   "" },
@@ -123,7 +123,7 @@ static const struct {
   { "function +",                         "function " },
   { "type ::",                            "type " },
 
-  // User-defined operators bear their dots.
+  // The name of an operator includes its dots.
   { "interface assignment(=)",            "" },
   { "INTERFACE ASSIGNMENT (=)",           "" },
   { "interface assignments",              "interface assignments" },
@@ -135,21 +135,21 @@ static const struct {
   { "interface operator (.a b.)",         "interface .a b." },
   { "interface operator (..)",            "interface .." },
   { "interface operator (.\xe9.)",        "interface .\xe9." },
-  { "interface operator-(.x.)",           "interface .x." },  // a step of 9
+  { "interface operator-(.x.)",           "interface .x." },  // skips the "-"
   { "interface operator((.x.)",           "interface .x." },
   { "interface operators (.x.)",          "interface operators" },
   { "interface operator (+)",             "" },
   { "interface operator (==)",            "" },
-  { "interface operator(.cross.)",        "" },   // the step takes the "("
+  { "interface operator(.cross.)",        "" },   // skips the "("
   { "interface operator(+)",              "" },
   { "interface operator x(.x.)",          "" },
   { "interface operator (",               "" },
   { "interface operator (  ",             "" },
   { "interface operator ( \r",            "" },
   { "interface operator (x.)",            "" },
-  { "interface :: operator (.x.)",        "" },   // the step counts from "::"
+  { "interface :: operator (.x.)",        "" },   // skips only ":: operat"
 
-  // The step goes beyond the end of the line.
+  // The line ends before the "(".
   { "interface operator",                 "" },
   { "interface operator ",                "" },
   { "interface operator\0 (.x.)"s,        "" },
@@ -158,7 +158,7 @@ static const struct {
   { blanks(1003) + "interface operator (.x.)", "" },
   { blanks(1002) + "interface operator (.x.)", "interface ." },
 
-  // Without a closing dot the name goes on, line end included.
+  // Without a closing dot the name includes the rest of the line.
   { "interface operator (.cross",         "interface .cross\n" },
   { "interface operator (.cross)",        "interface .cross)\n" },
   { "interface operator (.cross) \r",     "interface .cross) \r\n" },
@@ -175,7 +175,7 @@ static const struct {
   { "subroutine ! solve",                 "subroutine " },
   { "subroutine \"old\" solve",           "subroutine solve" },
   { "subroutine \"open",                  "subroutine " },
-  { "subroutine 'old' solve",             "subroutine old" },  // visible
+  { "subroutine 'old' solve",             "subroutine old" },  // not hidden
   { "interface operator (.a!b.)",         "interface .a    \n" },
 };
 // clang-format on
@@ -184,19 +184,19 @@ TEST_F(GatherDeclarations, RecordsUnitsWhoseKeywordIsTheFirstWordOfALine) {
   for (const auto& c : unit_lines) EXPECT_EQ(c.unit, opened(c.line)) << c.line;
 }
 
-TEST_F(GatherDeclarations, HidesCommentsAndStringsWhateverTheOutputOptions) {
+TEST_F(GatherDeclarations, IgnoresCommentsAndStringsWhateverTheOutputOptions) {
   for (const std::uint32_t style : {0u, 1u, 0xffffffffu}) {
     html_style = style;
     EXPECT_EQ("subroutine solve", opened("subroutine \"old\" solve")) << style;
   }
 }
 
-TEST_F(GatherDeclarations, HandsTheFixedFormRuleOn) {
+TEST_F(GatherDeclarations, AppliesTheFixedFormRuleWhenAskedTo) {
   EXPECT_EQ("subroutine old", opened("subroutine \"old\" solve", true));
   EXPECT_EQ("", opened("C\rsubroutine old", true));
 }
 
-TEST_F(GatherDeclarations, RecordsNamesakesInTheOrderOfTheFiles) {
+TEST_F(GatherDeclarations, RecordsNamesakesInFileOrder) {
   write_file("z.f90", "\nModule Physics\nend\n");
   write_file("b.f90", "MODULE physics\nend\n");
   EXPECT_EQ((Texts{"PHYSICS: module Physics, z.f90:2",
@@ -228,14 +228,13 @@ static const struct { std::string content; Texts units; } contents[] = {
   { "subroutine &\n  solve\nend\n",       {": subroutine , a.f90:1"} },
   { "x = \"\ntype a\nend\n",              {"A: type a, a.f90:2"} },
 
-  // Pieces of long lines are lines.
+  // Each piece of a long line counts as a line.
   { blanks(1022) + "\ntype a\nend\n",     {"A: type a, a.f90:2"} },
   { blanks(1023) + "\ntype a\nend\n",     {"A: type a, a.f90:3"} },
   { blanks(4096) + "\ntype a\nend\n",     {"A: type a, a.f90:6"} },
   { "!" + blanks(1022) + "type a\nend\n", {"A: type a, a.f90:2"} },
 
-  // Nothing is seen of a line beyond a NUL, and of the file beyond a line that
-  // begins with one.
+  // A NUL ends its line. A line that begins with one ends the file.
   { "type \0a\ntype b\nend\n"s,
     {": type , a.f90:1", "B: type b, a.f90:2"} },
   { "type a\n\0\ntype b\nend\n"s,         {"A: type a, a.f90:1"} },
@@ -243,7 +242,7 @@ static const struct { std::string content; Texts units; } contents[] = {
 };
 // clang-format on
 
-TEST_F(GatherDeclarations, RecordsTheUnitsOfAFileWithTheirLines) {
+TEST_F(GatherDeclarations, RecordsTheLineOfEachUnit) {
   for (const auto& c : contents)
     EXPECT_EQ(c.units, gathered(c.content)) << c.content;
 }
@@ -296,14 +295,14 @@ static const struct {
     "TYPE                ***\tpublic\tin a.f90\n"
     "END OF FILE\n" },
   { 5, "a.f90", "type a\n", "END OF FILE\n" },
-  // No end is reported at a line that begins with a NUL.
+  // The end is not reported at a line that begins with a NUL.
   { 5, "a.f90", "type a\n\0\ntype b\nend\n"s,
     "---type a\n"
     "TYPE                ***\ta\tin a.f90\n" },
-  // Pieces and unclosed strings have no line end.
+  // Pieces of lines and unclosed strings are echoed without a line end.
   { 5, "a.f90", blanks(1023) + "y\n\"z\na\0b\nend\n"s,
     "---" + blanks(1023) + "---y\n---\"  ---aEND OF FILE\n" },
-  // No text is a format.
+  // Names and paths are not used as formats.
   { 5, "%s%n.f90", "interface operator (.%s%n.) %d\nend\n",
     "---interface operator (.%s%n.) %d\n"
     "INTERFACE           ***\t.%s%n.\tin %s%n.f90\n"
@@ -316,7 +315,7 @@ static std::string report_of(const std::string& path) {
   return printed([&] { gather_declarations(files.slot(0), false); });
 }
 
-TEST_F(GatherDeclarations, ReportsUnitsInVerboseModeAndLinesFromFiveOn) {
+TEST_F(GatherDeclarations, ReportsUnitsFromVerbosityOneAndLinesFromFive) {
   for (const auto& c : reports) {
     write_file(c.path, c.content);
     verbose = c.verbosity;
@@ -324,7 +323,7 @@ TEST_F(GatherDeclarations, ReportsUnitsInVerboseModeAndLinesFromFiveOn) {
   }
 }
 
-TEST_F(GatherDeclarations, SkipsFilesThatCannotBeReadSilently) {
+TEST_F(GatherDeclarations, SilentlySkipsFilesThatCannotBeRead) {
   write_file("empty.f90", "");
   EXPECT_EQ(Texts{}, gathered_from({"missing.f90", "empty.f90", "."}));
   verbose = 5;

@@ -16,7 +16,6 @@ static const struct { const char* name; int type; } units[] = {
   { "TYPE",       5 },
 };
 
-// The reverse of the order in which the entries are built.
 static const struct { const char* word; int level; } highlights[] = {
   { "deallocate", 3 },
   { "allocate",   3 },
@@ -43,20 +42,20 @@ static const struct { const char* word; int level; } highlights[] = {
 static const struct { std::uint32_t style; int highest_level; } styles[] = {
   { 8226,                      0 },   // as the program starts
   { 0,                         0 },
-  { 0xffffffffu & ~7168u,      0 },   // everything but the three level bits
+  { 0xffffffffu & ~7168u,      0 },   // all but the three level bits
   { 1024,                      1 },
   { 2048,                      2 },
   { 4096,                      3 },
-  { 1024 | 2048,               2 },   // the widest wins
+  { 1024 | 2048,               2 },   // the widest level wins
   { 1024 | 4096,               3 },
   { 2048 | 4096,               3 },
   { 1024 | 2048 | 4096,        3 },
-  { 8192 | 1024,               1 },   // "None" has no meaning of its own
+  { 8192 | 1024,               1 },   // "None" does not count
   { 0xffffffffu,               3 },
 };
 // clang-format on
 
-TEST(MarkerList, HoldsTheSixUnitKeywordsInTheOrderOfTrial) {
+TEST(MarkerList, ContainsTheSixUnitKeywordsInTheOrderInWhichTheyAreTried) {
   const Marker* entry = Marker::first;
   for (const auto& unit : units) {
     ASSERT_NE(nullptr, entry) << unit.name;
@@ -67,7 +66,7 @@ TEST(MarkerList, HoldsTheSixUnitKeywordsInTheOrderOfTrial) {
   EXPECT_EQ(nullptr, entry);
 }
 
-TEST(SyntaxList, HoldsTheTwentyWordsWithTheirLevels) {
+TEST(SyntaxList, ContainsTheTwentyWordsWithTheirLevels) {
   const Syntax* entry = Syntax::first;
   for (const auto& highlight : highlights) {
     ASSERT_NE(nullptr, entry) << highlight.word;
@@ -103,7 +102,7 @@ TEST_F(IsSyntax, FindsTheWordsOfTheEnabledLevels) {
   }
 }
 
-TEST_F(IsSyntax, TakesWholeWordsAtTheVeryStartWithoutRegardToCase) {
+TEST_F(IsSyntax, FindsOnlyAWholeWordAtTheVeryStartIgnoringCase) {
   html_style = 4096;
   EXPECT_EQ(entry_of("do"), isSyntax("do i = 1, n"));
   EXPECT_EQ(entry_of("do"), isSyntax("DO"));
@@ -113,8 +112,7 @@ TEST_F(IsSyntax, TakesWholeWordsAtTheVeryStartWithoutRegardToCase) {
     EXPECT_EQ(nullptr, isSyntax(text)) << text;
 }
 
-// The table has none now.
-TEST_F(IsSyntax, FindsNoWordAboveTheWidestLevel) {
+TEST_F(IsSyntax, FindsNoWordAboveLevelThree) {
   html_style = LEVEL_1 | LEVEL_2 | LEVEL_3;
   const Syntax word(4, "forall");
   EXPECT_EQ(nullptr, isSyntax("forall"));

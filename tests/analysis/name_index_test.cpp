@@ -15,7 +15,6 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-// The slots of the run's list that the tests name.
 enum Slot : std::size_t { a, b, a_again };
 
 class Names : public testing::Test {
@@ -32,12 +31,12 @@ struct Lookup {
   std::string word;
   Slot slot;
   int line;
-  const char* first;  // of its units; null for the registry's end
+  const char* first;  // the name of the first unit; null if there is none
   int self;
   int count;
 };
 
-// Lookups of several units named solve and one of each neighbour.
+// Three units are named solve, two others have similar names.
 class IsDeclaration : public Names {
  protected:
   void SetUp() override {
@@ -64,7 +63,7 @@ class IsDeclaration : public Names {
   }
 };
 
-TEST_F(IsDeclaration, FindsTheFirstOfAllNamesakesAndTheIndexOfTheOneHere) {
+TEST_F(IsDeclaration, FindsTheFirstNamesakeAndTheIndexOfTheOneDeclaredThere) {
   expect({{"solve", a, 1, "solve", 0, 3},
           {"sOLVe", a, 1, "solve", 0, 3},
           {"solv", a, 2, "solv", 0, 1},
@@ -79,12 +78,12 @@ TEST_F(IsDeclaration, FindsTheFirstOfAllNamesakesAndTheIndexOfTheOneHere) {
     expect({{unknown, a, 1, nullptr, 0, 0}});
 }
 
-TEST_F(IsDeclaration, GivesTheEndWhenNothingIsRegistered) {
+TEST_F(IsDeclaration, ReturnsTheEndOfAnEmptyRegistry) {
   Declaration::forget_all();
   expect({{"solve", a, 5, nullptr, 0, 0}, {"", a, 5, nullptr, 0, 0}});
 }
 
-TEST_F(IsDeclaration, TellsTheLastIndexOfUnitsDeclaredOnOneLine) {
+TEST_F(IsDeclaration, ReturnsTheLastIndexOfNamesakesDeclaredOnOneLine) {
   add("solve", b, 5);
   add("state", b, 5);
   add("state", b, 5);
@@ -93,12 +92,12 @@ TEST_F(IsDeclaration, TellsTheLastIndexOfUnitsDeclaredOnOneLine) {
           {"solv", b, 5, "solv", 0, 1}});
 }
 
-// The bits of the first of ten characters fall on those of the last, one place
-// lower, so that in these names the differences of the two cancel out.
+// The hash rotates by 7 bits for each character. After ten characters the first
+// one is one bit below the last, so the differences in the two cancel out.
 const char* const one_hash[] = {"apply_rk_0", "cpply_rk_1", "epply_rk_2",
                                 "gpply_rk_3"};
 
-TEST_F(IsDeclaration, CountsNamesOfOneHashEachByItself) {
+TEST_F(IsDeclaration, DistinguishesNamesWithEqualHashes) {
   for (const char* name : one_hash)
     ASSERT_EQ(hash_of(one_hash[0]), hash_of(name));
   add(one_hash[1], a, 1);
@@ -118,7 +117,7 @@ TEST_F(IsDeclaration, CountsNamesOfOneHashEachByItself) {
           {"epply_rk_2", b, 6, nullptr, 0, 0}});
 }
 
-TEST_F(IsDeclaration, ComparesNamesWhole) {
+TEST_F(IsDeclaration, ComparesWholeNames) {
   const std::string known(255, 'n');
   for (const std::string& name :
        {known, known + "a", known + "ab", ""s, "\1"s}) {
@@ -128,7 +127,7 @@ TEST_F(IsDeclaration, ComparesNamesWhole) {
   }
 }
 
-TEST_F(IsDeclaration, KnowsNothingOfEarlierRuns) {
+TEST_F(IsDeclaration, FindsNoUnitsOfEarlierRuns) {
   for (int round = 0; round < 3; ++round) {
     Declaration::forget_all();
     for (int line = 1; line <= 200; ++line)
@@ -145,8 +144,7 @@ TEST_F(IsDeclaration, KnowsNothingOfEarlierRuns) {
   }
 }
 
-// The registry is no secret of its own lookup.
-TEST_F(IsDeclaration, SeesWhatOthersDoToTheRegistry) {
+TEST_F(IsDeclaration, NoticesUnitsThatAreTakenOutAndPutBack) {
   Declaration::Registry taken_out;
   taken_out.swap(Declaration::decs);
   expect({{"solve", a, 5, nullptr, 0, 0}});
@@ -160,10 +158,10 @@ TEST_F(IsDeclaration, SeesWhatOthersDoToTheRegistry) {
   expect({{"solve", a, 5, "Solve", 1, 3}, {"solve", b, 5, "Solve", 3, 3}});
 }
 
-// References, each from the line of a.f90 that is its number.
+// Three units are named solve.
 class CallersOfNamesakes : public Names {
  protected:
-  // As the reference pass does with a name that it finds.
+  // Adds a reference as the reference pass does.
   void refer_to_solve(int line, Slot slot = a) {
     const Word solve{0, 0, "solve", hash_of("solve")};
     const Meaning meaning =
@@ -171,10 +169,9 @@ class CallersOfNamesakes : public Names {
     add_reference(*meaning.units, {files.slot(slot), line});
   }
 
-  // A unit of that name, in a file that refers to nothing.
   Declaration* add_solve() { return add("solve", b, next_line++); }
 
-  // The referring lines of each unit.
+  // The lines that refer to each unit.
   static Texts lines_of(const std::vector<const Declaration*>& units) {
     Texts lines;
     for (const Declaration* unit : units) {
@@ -195,7 +192,7 @@ class CallersOfNamesakes : public Names {
   Declaration* const third = add_solve();
 };
 
-TEST_F(CallersOfNamesakes, DifferByWhatIsAddedToOneAlone) {
+TEST_F(CallersOfNamesakes, DifferByReferencesAddedToOnlyOneUnit) {
   refer_to_solve(1);
   second->add_calling(files.slot(a), 2);
   EXPECT_EQ((Texts{"1 ", "1 2 ", "1 "}), lines_of({first, second, third}));
@@ -204,13 +201,13 @@ TEST_F(CallersOfNamesakes, DifferByWhatIsAddedToOneAlone) {
             lines_of({first, second, third}));
 }
 
-TEST_F(CallersOfNamesakes, DifferByWhatOneHadBefore) {
+TEST_F(CallersOfNamesakes, DifferByReferencesThatOneUnitAlreadyHad) {
   third->add_calling(files.slot(a), 2);
   refer_to_solve(1);
   EXPECT_EQ((Texts{"1 ", "1 ", "1 2 "}), lines_of({first, second, third}));
 }
 
-TEST_F(CallersOfNamesakes, DifferByWhatCameWhileAUnitWasTakenOut) {
+TEST_F(CallersOfNamesakes, DifferByReferencesAddedWhileAUnitIsTakenOut) {
   refer_to_solve(1);
   Declaration::decs.erase(Declaration::decs.begin());
   const Declaration* const fourth = add_solve();
@@ -224,9 +221,9 @@ TEST_F(CallersOfNamesakes, DifferByWhatCameWhileAUnitWasTakenOut) {
             lines_of({first, second, third, fourth}));
 }
 
-// Modern trees register the name PUBLIC in each of hundreds of modules, and
-// refer to it in thousands of places.
-TEST_F(CallersOfNamesakes, AreKeptOnceInEveryRun) {
+// Modern sources declare the name PUBLIC in hundreds of modules and refer to it
+// in thousands of places.
+TEST_F(CallersOfNamesakes, AreStoredOnceInEveryRun) {
   for (const int line : {2, 1, 2}) refer_to_solve(line);
   EXPECT_EQ((Texts{"1 2 ", "1 2 ", "1 2 "}), lines_of({first, second, third}));
   EXPECT_TRUE(share_records(first, second));

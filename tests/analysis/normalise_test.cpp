@@ -27,7 +27,7 @@ static std::string every_byte_but(const std::string& exceptions) {
 
 struct Blanking {
   std::string line;
-  std::string blanked;  // the whole buffer, what stands beyond a NUL included
+  std::string blanked;  // including what follows a NUL
 };
 
 // clang-format off
@@ -35,20 +35,20 @@ static const Blanking free_form[] = {
   { "x = 1 ! set x\n",    "x = 1        \n" },
   { "x = 1 ! set x",      "x = 1        " },
   { "!a ! \n",            "     \n" },
-  { "x ! y\r\n",          "x     \n" },         // a "\r" of the comment, too
+  { "x ! y\r\n",          "x     \n" },         // "\r" belongs to the comment
   { "x\r\n",              "x\r\n" },
-  { "a ! \"\nb \"c\"\n",  "a    \nb \" \"\n" },  // resumes after a line end
+  { "a ! \"\nb \"c\"\n",  "a    \nb \" \"\n" },  // goes on after a line end
   { "print *, \"a!b\"\n", "print *, \"   \"\n" },
   { "f(\"\", \"a\") x",   "f(\"\", \" \") x" },
   { "x = \"!\" ! \"a\"",  "x = \" \"      " },
-  { "print *, 'a!b'\n",   "print *, 'a   \n" },  // apostrophes protect nothing
+  { "print *, 'a!b'\n",   "print *, 'a   \n" },  // apostrophes do not count
   { "print *, 'solve'\n", "print *, 'solve'\n" },
   { "'\"' ",              "'\"  " },
   { "\"a!\"\"b!\" c",     "\"  \"\"  \" c" },    // a doubled quote
   { "x = \"abc!d\n",      "x = \"      " },      // unclosed
   { "x = \"\r\n",         "x = \"  " },
   { "\"",                 "\"" },
-  { "a !\0 !c"s,          "a  \0 !c"s },         // nothing beyond a NUL
+  { "a !\0 !c"s,          "a  \0 !c"s },         // stops at a NUL
   { "\"a\0b\""s,          "\" \0b\""s },
   { "\0!C"s,              "\0!C"s },
   { every_byte_but("!\""), every_byte_but("!\"") },
@@ -80,7 +80,7 @@ TEST(Hide, BlanksCommentsAndStringsInFreeForm) {
   }
 }
 
-TEST(Hide, BlanksLinesThatBeginWithCInFixedFormAndNothingElse) {
+TEST(Hide, BlanksOnlyLinesThatBeginWithCInFixedForm) {
   for (Blanking c : fixed_form) {
     hide_F90_strings_comments(c.line.data(), true);
     EXPECT_EQ(c.blanked, c.line);
@@ -89,7 +89,7 @@ TEST(Hide, BlanksLinesThatBeginWithCInFixedFormAndNothingElse) {
 
 class NormaliseFile : public ::testing::Test {
  protected:
-  // The lines of a file, its first one read already, after some operation.
+  // The lines of a file after an operation, which has to rewind it.
   static Texts after(const std::function<void(ramFILE*)>& operation,
                      const std::string& content) {
     write_file("a.f90", content);
@@ -106,7 +106,7 @@ class NormaliseFile : public ::testing::Test {
   TemporaryFolder folder;
 };
 
-TEST_F(NormaliseFile, HideHandlesEachLineByItselfAndRewinds) {
+TEST_F(NormaliseFile, HideTreatsEachLineSeparatelyAndRewinds) {
   const auto hide_in_free_form = [](ramFILE* file) {
     hide_F90_strings_comments(file, false);
   };
@@ -122,7 +122,7 @@ TEST_F(NormaliseFile, HideHandlesEachLineByItselfAndRewinds) {
             after(hide_in_free_form, "!" + std::string(1022, 'x') + "solve\n"));
 }
 
-TEST(NormaliseFileDeathTest, NullFilesAreIgnored) {
+TEST(NormaliseFileDeathTest, IgnoresNullFiles) {
   ramFILE* const null = nullptr;
   const auto survives = testing::ExitedWithCode(0);
   EXPECT_EXIT((hide_F90_strings_comments(null, false), _exit(0)), survives, "");
@@ -157,12 +157,12 @@ static const struct {
 };
 // clang-format on
 
-TEST_F(NormaliseFile, JoinPutsAStatementInTheSlotOfItsLastLine) {
+TEST_F(NormaliseFile, JoinPutsAStatementIntoItsLastLine) {
   for (const auto& c : joined)
     EXPECT_EQ(c.lines, after(merge_F90_continuations, c.content)) << c.content;
 }
 
-TEST_F(NormaliseFile, JoinAcceptsALoneCarriageReturnAsLineEnd) {
+TEST_F(NormaliseFile, JoinAcceptsACarriageReturnAsLineEnd) {
   write_file("a.f90", "a\n  b\n");
   ramFILE_imp file("a.f90");
   *file.begin() = file.copy("a &\r");

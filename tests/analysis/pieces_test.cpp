@@ -36,7 +36,6 @@ static List read(const char* path, std::size_t piece_size) {
   return list;
 }
 
-// What fgets() makes of the same file.
 static List read_by_fgets(const char* path, std::size_t piece_size) {
   std::FILE* file = std::fopen(path, "r");
   List list;
@@ -77,7 +76,7 @@ static const struct {
   { "a\n",          {{"a\n", false}} },
   { "a\nb",         {{"a\n", false}, {"b", true}} },
   { "ab\nc\n",      {{"ab\n", false}, {"c\n", false}} },
-  { "abc",          {{"abc", false}} },   // the end is not met yet
+  { "abc",          {{"abc", false}} },   // the end is not seen yet
   { "abc\n",        {{"abc", false}, {"\n", false}} },
   { "abcd",         {{"abc", false}, {"d", true}} },
   { "ab\r\n",       {{"ab\r", false}, {"\n", false}} },
@@ -89,12 +88,12 @@ static const struct {
 };
 // clang-format on
 
-TEST_F(PiecesTest, EndAtLineEndsAndWhereTheyAreFull) {
+TEST_F(PiecesTest, EndAtLineEndsAndWhenTheyAreFull) {
   for (const auto& c : small_files)
     EXPECT_EQ(c.pieces, pieces_of(c.content, 4)) << c.content;
 }
 
-TEST_F(PiecesTest, AreThoseOfFgets) {
+TEST_F(PiecesTest, EqualThoseOfFgets) {
   for (const auto& c : small_files)
     expect_those_of_fgets(c.content, {2, 3, 4, 5, 1024});
   for (const std::size_t length : {1022u, 1023u, 1024u, 2046u, 4094u, 4095u,
@@ -103,16 +102,15 @@ TEST_F(PiecesTest, AreThoseOfFgets) {
       expect_those_of_fgets(std::string(length, 'x') + end);
 }
 
-TEST_F(PiecesTest, KeepEveryByteButNul) {
+TEST_F(PiecesTest, KeepEveryByteExceptNul) {
   std::string content;
   for (int b = 255; b > 0; --b)
     if (b != '\n') content += static_cast<char>(b);
   EXPECT_EQ((List{{content + "\n", false}}), pieces_of(content + "\n", 1024));
 }
 
-// What stands around the end of a block is the same as elsewhere. The lines
-// before it are of a length that has a piece end there, too, or has not.
-TEST_F(PiecesTest, GoOverTheEndsOfBlocks) {
+// Some of these line lengths make a piece end together with the block.
+TEST_F(PiecesTest, ContinueAcrossTheEndsOfBlocks) {
   const std::string tokens[] = {"\n",   "\0"s,  "\0\n"s, "\n\0"s,
                                 "\r\n", "\n\n", "word",  ""};
   for (const std::size_t line :
@@ -132,19 +130,19 @@ TEST_F(PiecesTest, GoOverTheEndsOfBlocks) {
       }
 }
 
-TEST_F(PiecesTest, OfAFileThatCannotBeOpenedAreNone) {
+TEST_F(PiecesTest, AreNotOpenIfTheFileCannotBeOpened) {
   write_file("a.f90", "end\n");
   for (const char* path : {"missing.f90", "missing/a.f90", "a.f90/b.f90", ""})
     EXPECT_FALSE(Pieces(path, 1024).is_open()) << path;
 }
 
-TEST_F(PiecesTest, OfADirectoryAreNone) {
+TEST_F(PiecesTest, DoNotExistInADirectory) {
   ASSERT_TRUE(Pieces(".", 1024).is_open());
   EXPECT_EQ(List{}, read(".", 1024));
 }
 
-// Its text comes in smaller parts than blocks.
-TEST_F(PiecesTest, OfAPipeAreThoseOfAFile) {
+// A read from a pipe returns less than a block.
+TEST_F(PiecesTest, OfAPipeEqualThoseOfAFile) {
   std::string content;
   while (content.size() < 3 * block) content += "a line of a pipe\n";
   content += "no line end";
@@ -161,7 +159,7 @@ TEST_F(PiecesTest, OfAPipeAreThoseOfAFile) {
   writer.join();
 }
 
-TEST_F(PiecesTest, AreKeptUpToAReadErrorWithoutTheOneThatItCuts) {
+TEST_F(PiecesTest, EndBeforeThePieceThatAReadErrorCuts) {
   const FailingFile file("pipe", "one\nabcdefgtwo");
   EXPECT_EQ((List{{"one\n", false}, {"abcdefg", false}}), read("pipe", 8));
 }

@@ -39,8 +39,8 @@ class RamFile : public ::testing::Test {
     return buffer;
   }
 
-  // The lines from the read position on, of which the file is at its end as
-  // soon as the last one is handed out.
+  // The lines from the read position to the end, which is reached as soon as
+  // the last line has been returned.
   static Texts rest_of(ramFILE& file) {
     Texts lines;
     while (!file.at_eof() && lines.size() < 60000)
@@ -69,11 +69,11 @@ static const struct {
 static const struct {
   std::size_t characters;
   std::string line_end;
-  std::vector<std::size_t> lengths;   // of the lines stored
+  std::vector<std::size_t> lengths;   // of the stored lines
 } physical_lines[] = {
   { 1022, "\n",     {1023} },
   { 1022, "",       {1022} },
-  { 1022, "\r\n",   {1023, 1} },        // a line end can be torn
+  { 1022, "\r\n",   {1023, 1} },        // a line end can be split
   { 1023, "\n",     {1023, 1} },
   { 1023, "",       {1023} },
   { 1024, "\n",     {1023, 2} },
@@ -82,7 +82,7 @@ static const struct {
 };
 // clang-format on
 
-TEST_F(RamFile, StoresLinesWithTheirLineEndsAsReadAndHandsThemOut) {
+TEST_F(RamFile, ReturnsItsLinesWithTheirLineEnds) {
   for (const auto& c : contents) {
     const Handle file = loaded(c.content);
     ASSERT_NE(nullptr, file) << c.content;
@@ -91,7 +91,7 @@ TEST_F(RamFile, StoresLinesWithTheirLineEndsAsReadAndHandsThemOut) {
   }
 }
 
-TEST_F(RamFile, SplitsLongLinesInto1023Characters) {
+TEST_F(RamFile, SplitsLinesAfter1023Characters) {
   for (const auto& c : physical_lines) {
     const std::string content = std::string(c.characters, 'x') + c.line_end;
     Texts expected;
@@ -105,13 +105,13 @@ TEST_F(RamFile, SplitsLongLinesInto1023Characters) {
   }
 }
 
-TEST_F(RamFile, HoldsAnyNumberOfLines) {
+TEST_F(RamFile, HasNoLimitOfLines) {
   std::string content;
   for (int i = 0; i < 50000; ++i) content += "x\n";
   EXPECT_EQ(Texts(50000, "x\n"), rest_of(*loaded(content)));
 }
 
-TEST_F(RamFile, OfAFileWithoutLinesIsNoHandleAndSaysNothing) {
+TEST_F(RamFile, IsSilentlyNullForAFileWithoutLines) {
   write_file("empty.f90", "");
   EXPECT_EQ("", printed([] {
               for (const char* path : {"missing.f90", "missing/a.f90",
@@ -157,7 +157,7 @@ TEST_F(RamFile, FillsABufferAsStrncpyDoes) {
   }
 }
 
-TEST_F(RamFile, RewoundBeginsAgainWithTheFirstLineEvenWhenClosed) {
+TEST_F(RamFile, RewindsToItsFirstLineEvenWhenClosed) {
   const Handle file = loaded("one\ntwo\n");
   EXPECT_EQ("one\n", next_line(*file));
   fclose(file.get());
@@ -167,7 +167,7 @@ TEST_F(RamFile, RewoundBeginsAgainWithTheFirstLineEvenWhenClosed) {
   EXPECT_EQ((Texts{"one\n", "two\n"}), rest_of(*file));
 }
 
-TEST_F(RamFile, ReloadedDiscardsEditsAndIsRewound) {
+TEST_F(RamFile, ReloadReadsTheFileAgainAndDiscardsEdits) {
   write_file("a.f90", "one\ntwo\n");
   ramFILE_imp file("a.f90");
   *(file.begin() + 1) = file.copy("a much longer line than it was\n");
@@ -179,7 +179,7 @@ TEST_F(RamFile, ReloadedDiscardsEditsAndIsRewound) {
   EXPECT_EQ((Texts{"1\n", "2\n"}), rest_of(file));
 }
 
-TEST_F(RamFile, ReloadedFromAVanishedFileIsNotOkAndAtItsEnd) {
+TEST_F(RamFile, IsNotOkAndAtItsEndWhenReloadFindsNoFile) {
   const Handle file = loaded("one\ntwo\n");
   unlink("a.f90");
   file->reload();
@@ -187,7 +187,7 @@ TEST_F(RamFile, ReloadedFromAVanishedFileIsNotOkAndAtItsEnd) {
   EXPECT_EQ(Texts{}, rest_of(*file));
 }
 
-TEST_F(RamFile, ReleasedHoldsNoLineUntilReloaded) {
+TEST_F(RamFile, HasNoLinesBetweenReleaseAndReload) {
   write_file("a.f90", "one\n");
   ramFILE_imp file("a.f90");
   file.release();
@@ -199,7 +199,7 @@ TEST_F(RamFile, ReleasedHoldsNoLineUntilReloaded) {
   EXPECT_EQ(Texts{"one\n"}, rest_of(file));
 }
 
-TEST_F(RamFile, ReportsItsEndWhenAskedTo) {
+TEST_F(RamFile, ReportsItsEndOnlyWhenAskedTo) {
   const Handle file = loaded("one\n");
   EXPECT_EQ("", printed([&] { EXPECT_FALSE(at_eof(file.get(), true)); }));
   next_line(*file);
@@ -220,7 +220,7 @@ TEST_F(RamFile, KeepsTheLinesReadBeforeAReadError) {
   EXPECT_EQ((Texts{"one\n", "two\n"}), rest_of(*file));
 }
 
-TEST_F(RamFile, ReloadingGivesBackTheMemoryOfTheLinesHeldSoFar) {
+TEST_F(RamFile, ReloadFreesTheOldLines) {
   const std::string text = std::string(99, 'x') + "\n";
   write_file("a.f90", text + text + text);
   ramFILE_imp file("a.f90");

@@ -19,7 +19,6 @@ struct Lines {
 
 class SourceLinesTest : public ::testing::Test {
  protected:
-  // All lines read from a file with this content.
   static Lines read(const std::string& content, bool fixed_form = false) {
     write_file("a.f90", content);
     SourceLines source("a.f90", fixed_form);
@@ -45,17 +44,18 @@ static const struct {
   Texts lines;
 } sources[] = {
   { "a\n\nb\r\nc\n",           {"a\n", "\n", "b\r\n", "c\n"} },
-  { "a\nb",                    {"a\n"} },   // no line end: not given
+  { "a\nb",                    {"a\n"} },   // no line end: omitted
   { "",                        {} },
   { "ab\0cd\nc\n"s,            {"ab", "c\n"} },
   { piece.substr(1) + "\n",    {piece.substr(1) + "\n"} },
   { piece.substr(1),           {} },
-  { piece,                     {piece} },   // the end of the file is not seen
+  { piece,                     {piece} },   // end of file not seen yet
   { piece + piece + "x\nb\n",  {piece, piece, "x\n", "b\n"} },
 };
 // clang-format on
 
-TEST_F(SourceLinesTest, AreThoseThatEndBeforeTheFileInPiecesOf4095Characters) {
+TEST_F(SourceLinesTest,
+       AreSplitAfter4095CharactersAndOmitALastLineWithoutLineEnd) {
   for (const auto& c : sources) {
     const Lines lines = read(c.content);
     EXPECT_EQ(c.lines, lines.raw) << c.content;
@@ -78,7 +78,7 @@ static const struct {
 };
 // clang-format on
 
-TEST_F(SourceLinesTest, AreScannedWithoutStringsAndCommentsIfThoseAreHidden) {
+TEST_F(SourceLinesTest, AreScannedWithoutHiddenStringsAndComments) {
   for (const auto& c : rules) {
     html_style = c.style;
     const Lines lines =

@@ -12,14 +12,14 @@
 
 using namespace std::string_literals;
 
-// A word of each length, its characters all different from their neighbours.
+// A word of this length without equal neighbouring characters.
 static std::string word_of(std::size_t length) {
   std::string word;
   while (word.size() < length) word += "abcdefghij_0123456789.";
   return word.substr(0, length);
 }
 
-TEST(IsAlnum, TakesAsciiLettersDigitsUnderscoreAndDotAlone) {
+TEST(IsAlnum, AcceptsOnlyAsciiLettersDigitsUnderscoreAndDot) {
   std::string word_characters;
   for (int b = 0; b < 256; ++b)
     if (isALNUM(static_cast<char>(b))) word_characters += static_cast<char>(b);
@@ -27,7 +27,7 @@ TEST(IsAlnum, TakesAsciiLettersDigitsUnderscoreAndDotAlone) {
             word_characters);
 }
 
-TEST(SkipWhiteSpace, StopsAtTheFirstOtherCharacter) {
+TEST(SkipWhiteSpace, StopsAtTheFirstCharacterThatIsNotWhiteSpace) {
   EXPECT_EQ(6, skip_white_space(" \t\n\v\f\rx ", 0));
   EXPECT_EQ(3, skip_white_space("a  b", 1));
   EXPECT_EQ(0, skip_white_space("a  b", 0));
@@ -40,12 +40,12 @@ comparisons[] = {
   { "abc",  "ABC",  0 },
   { "",     "",     0 },
   { "a_1.", "A_1.", 0 },
-  { "abc",  "abd",  1 },            // the second's minus the first's
+  { "abc",  "abd",  1 },            // second minus first
   { "abd",  "abc", -1 },
   { "a",    "Z",   'z' - 'a' },     // both in lower case
   { "Z",    "a",   'a' - 'z' },
   { "_",    "A",   'a' - '_' },
-  { "ab",   "abC", 'C' },           // one that ends: the other as it stands
+  { "ab",   "abC", 'C' },           // at an end, not in lower case
   { "ab",   "abc", 'c' },
   { "abC",  "ab", -'C' },
   { "",     "A",   'A' },
@@ -54,7 +54,7 @@ comparisons[] = {
   { "a",    "\xe9", -0x17 - 'a' },
   { "",     "\xe9", -0x17 },
   { "\xe9", "",     0x17 },
-  { "\xc9", "\xe9", 0x20 },         // no case beyond ASCII
+  { "\xc9", "\xe9", 0x20 },         // only ASCII has case
   { std::string(300, 'a') + "b", std::string(300, 'A') + "c", 1 },
 };
 
@@ -72,13 +72,13 @@ paths[] = {
 };
 // clang-format on
 
-TEST(Strcmp, GivesTheDifferenceWithTheSignReversed) {
+TEST(Strcmp, ReturnsTheDifferenceWithReversedSign) {
   for (const auto& c : comparisons)
     EXPECT_EQ(c.result, STRCMP(c.a.c_str(), c.b.c_str()))
         << c.a << " and " << c.b;
 }
 
-TEST(FilePart, IsWhatFollowsTheLastSeparatorInThePath) {
+TEST(FilePart, ReturnsWhatFollowsTheLastSeparator) {
   SettingsGuard guard;
   for (const auto& c : paths) {
     slash = c.separator;
@@ -102,7 +102,7 @@ static const struct {
   { "  call foo_bar(x)", 17, "",        17, 17 },
   { "     ",              0, "",         5,  5 },
   { "",                   0, "",         0,  0 },
-  { "solve",              2, "lve",      2,  5 },   // within a word
+  { "solve",              2, "lve",      2,  5 },   // starts within a word
   { "(SoLvE\0more"s,      0, "SoLvE",    1,  6 },
   { "(\0more"s,           0, "",         1,  1 },
   { "(" + word_of(254) + ") x",  0, word_of(254), 1,  255 },
@@ -112,7 +112,7 @@ static const struct {
 };
 // clang-format on
 
-TEST(NextWord, CopiesTheNextWordAndTellsItsColumns) {
+TEST(NextWord, CopiesTheNextWordAndReturnsItsColumns) {
   for (const auto& c : next_words) {
     char word[word_size] = "left over";
     int start = c.from;
@@ -141,7 +141,7 @@ static const struct {
   { "a .eq. b",            {"a", ".eq.", "b"} },
   { "u%v => w_1*2.5e3",    {"u", "v", "w_1", "2.5e3"} },
   { "End Solve\r\n",       {"End", "Solve"} },
-  { "d\xe9" "but;\xff" "x", {"d", "but", "x"} },  // above 127: separators
+  { "d\xe9" "but;\xff" "x", {"d", "but", "x"} },  // only ASCII counts
   { "'it''s'\t\"q\"",      {"it", "s", "q"} },
   { "...",                 {"..."} },
   { "+-*/=<>&!@#$^~`?{}",  {} },
@@ -151,7 +151,7 @@ static const struct {
 };
 // clang-format on
 
-TEST(WordWalk, SeparatesAtWhateverIsNoWordCharacter) {
+TEST(WordWalk, SplitsALineAtEveryCharacterThatIsNotAWordCharacter) {
   for (const auto& c : word_lines) {
     std::vector<std::string> words;
     for (Word word; find_next(c.line.c_str(), word);) {
@@ -168,8 +168,7 @@ TEST(WordHash, RotatesBySevenBitsAndAddsTheUpperCaseCharacter) {
   EXPECT_EQ(0x20C2u, hash_of("ab"));  // 0x2080 and 0x42
   EXPECT_EQ(0xE9u, hash_of("\xe9"));
   EXPECT_EQ(hash_of("SOLVE_2.X"), hash_of("sOlVe_2.x"));
-  // The first of ten characters is rotated by 63 bits, and so its bits stand
-  // one place lower and the lowest at the top.
+  // The first of ten characters is rotated by 63 bits: one to the right.
   EXPECT_EQ(0x8000000000000020u ^ hash_of("\1\1\1\1\1\1\1\1\1"),
             hash_of("A\1\1\1\1\1\1\1\1\1"));
   EXPECT_NE(hash_of(word_of(254)), hash_of(word_of(255)));
@@ -192,7 +191,7 @@ static const struct {
   { "TYPE", "type.x",              false, 0 },   // the dot belongs to the word
   { "TYPE", "  typ",               false, 2 },
   { "TYPE", "  typedef",           false, 2 },
-  { "TYPE", "\xa0type",            false, 0 },   // no white space beyond ASCII
+  { "TYPE", "\xa0type",            false, 0 },   // only ASCII counts
   { "TYPE", "",                    false, 0 },
   { "TYPE", "   ",                 false, 3 },
   { "",     "",                    true,  0 },
@@ -203,7 +202,7 @@ static const struct {
   { word_of(300), std::string(4000, ' ') + word_of(300) + "x", false, 4000 },
 };
 
-static const struct { const char* word; const char* text; bool holds; }
+static const struct { const char* word; const char* text; bool starts; }
 word_starts[] = {
   { "do",      "do i = 1, n", true },
   { "do",      "DO",          true },    // the end of the text ends the word
@@ -225,7 +224,7 @@ word_starts[] = {
 };
 // clang-format on
 
-TEST(Match, FindsAKeywordAtTheStartOfAStatement) {
+TEST(Match, FindsAKeywordOnlyAtTheStartOfAStatement) {
   for (const auto& c : matches) {
     int consumed = -1;
     EXPECT_EQ(c.found, match(c.keyword.c_str(), c.text.c_str(), &consumed))
@@ -235,15 +234,15 @@ TEST(Match, FindsAKeywordAtTheStartOfAStatement) {
   }
 }
 
-TEST(StartsWithWord, TakesWholeWordsAtTheVeryStartAsUnitsAndHighlightsDo) {
+TEST(StartsWithWord, AcceptsOnlyAWholeWordAtTheVeryStart) {
   SettingsGuard guard;
   for (const auto& c : word_starts) {
     SCOPED_TRACE("\""s + c.word + "\" in \"" + c.text + "\"");
-    EXPECT_EQ(c.holds, starts_with_word(c.text, c.word));
-    EXPECT_EQ(c.holds,
+    EXPECT_EQ(c.starts, starts_with_word(c.text, c.word));
+    EXPECT_EQ(c.starts,
               (new Declaration(DT_TYPE, c.word, nullptr, 1))->Is(c.text));
     const Syntax entry(1, c.word);
     Syntax::first = entry.next;
-    EXPECT_EQ(c.holds, entry.Is(c.text));
+    EXPECT_EQ(c.starts, entry.Is(c.text));
   }
 }
