@@ -1,10 +1,10 @@
-// Whole runs over small source trees, compared with pages worked out by hand.
+// Whole runs over small source trees, compared with pages written by hand.
 //
-// Every folder *.d beside this file is a case: its sources, `files` with their
-// paths in list order, `options` with html_style in decimal if it is not the
-// default, and `expected` with every file of the run's output directory and
-// `stdout`. In there {{head}} is a line that stands for head.html, and {{date}}
-// for the run's time. An expected index leaves out the kinds without units.
+// Every folder *.d beside this file is a case. It contains the sources, their
+// paths in list order in `files`, html_style in decimal in `options` if it is
+// not the default, and the output directory and `stdout` in `expected`. In the
+// expected files the line {{head}} represents head.html and {{date}} the time
+// of the run. An expected index leaves out the kinds without units.
 
 #include <gtest/gtest.h>
 
@@ -36,7 +36,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Their names without the ".d".
+// The names of the cases without the ".d".
 std::set<std::string> cases() {
   std::set<std::string> names;
   for (const auto& entry : fs::directory_iterator(ZELKOR_GOLDEN_FOLDER))
@@ -55,7 +55,7 @@ std::vector<std::string> lines_of(const std::string& text) {
   return lines;
 }
 
-// File contents by path, relative to the folder that holds them.
+// File contents by path relative to a folder.
 using Files = std::map<std::string, std::string>;
 
 Files files_below(const fs::path& folder) {
@@ -73,8 +73,8 @@ void replace(std::string& text, const std::string& mark,
   if (at != std::string::npos) text.replace(at, mark.size(), meaning);
 }
 
-// Puts what each kind without units has in an index at its place, `at` being
-// that of the first kind. The mark-up of a kind is from `begin` to `end`.
+// Inserts the mark-up of the kinds without units into an index. The first kind
+// belongs at `at`; the mark-up of every kind ends with `end`.
 void fill_in_kinds(std::string& index, std::size_t at,
                    std::string (*empty)(const std::string&),
                    const std::string& end) {
@@ -99,8 +99,8 @@ void fill_in(const std::string& name, std::string& text) {
       [](const std::string& kind) { return index_list(kind); }, "</UL>\n\n");
 }
 
-// A case, with a copy of its sources in the working directory. The copy makes
-// the paths, and so the page numbers, the same on every machine.
+// A case. Its sources are copied into the working directory, so that their
+// paths, and with them the page numbers, are the same on every machine.
 class GoldenCase {
  public:
   explicit GoldenCase(const fs::path& case_folder)
@@ -120,7 +120,7 @@ class GoldenCase {
     return files;
   }
 
-  /// The files that the list names, each once.
+  /// The listed files without duplicates.
   std::set<std::string> sources() const {
     std::set<std::string> names;
     for (const std::string& path : paths)
@@ -144,10 +144,10 @@ class GoldenCase {
   std::uint32_t style = html_style;
 };
 
-// Does something in a process of its own, with standard output in a file: page
-// numbers depend on all that a process asked for before, and a crash or an
-// endless loop must not take the other cases along. Returns the exit status, or
-// minus the number of the signal that ended the process.
+// Does something in a separate process whose standard output goes to a file.
+// Page numbers depend on the earlier requests of a process, and a crash or an
+// endless loop must not stop the other cases. Returns the exit status, or minus
+// the number of the signal that ended the process.
 int run_apart(const std::string& output, const std::function<void()>& action) {
   const rlimit computing_seconds = {20, 25};
   std::fflush(nullptr);
@@ -175,10 +175,9 @@ class Golden : public testing::TestWithParam<std::string> {
 INSTANTIATE_TEST_SUITE_P(Folder, Golden, testing::ValuesIn(cases()),
                          [](const auto& name) { return name.param; });
 
-// Whatever the run writes belongs into its output directory, where standard
-// output is kept, too; a file written or changed elsewhere shows up with its
-// way from there.
-TEST_P(Golden, PagesAndReportsAreAsExpected) {
+// A file that is written outside the output directory appears with a relative
+// path from there.
+TEST_P(Golden, RunWritesTheExpectedPagesAndReports) {
   const Files before = files_below(".");
   EXPECT_EQ(0, run_apart(html_dir + "/stdout", [&] { golden.run(1); }));
   Files written;
@@ -195,9 +194,8 @@ TEST_P(Golden, PagesAndReportsAreAsExpected) {
   EXPECT_EQ(Files{}, written);
 }
 
-// Cuts a source at every byte, a large one at some 500 of them. Ends the
-// process with a failure when a run leaves the source without a whole page of
-// its own.
+// Cuts a source at every byte, or at about 500 bytes if it is large. Ends the
+// process with a failure when a run leaves no whole page of the source.
 void run_with_cuts(GoldenCase& golden, const std::string& source) {
   const std::string text = content_of(source);
   const std::size_t stride = 1 + text.size() / 500;
@@ -212,7 +210,7 @@ void run_with_cuts(GoldenCase& golden, const std::string& source) {
   }
 }
 
-TEST_P(Golden, EndsWithWholePagesWhereverASourceIsCut) {
+TEST_P(Golden, RunWritesWholePagesWhereverASourceIsCut) {
   for (const std::string& source : golden.sources()) {
     const std::string text = content_of(source);
     const int status =
@@ -223,7 +221,7 @@ TEST_P(Golden, EndsWithWholePagesWhereverASourceIsCut) {
   }
 }
 
-TEST(GoldenFolders, HoldACaseEach) {
+TEST(GoldenFolders, ContainOneCaseEach) {
   EXPECT_FALSE(cases().empty());
   for (const std::string& name : cases()) {
     const fs::path folder = folder_of(name);

@@ -16,14 +16,14 @@ namespace {
 
 class BlockCacheTest : public testing::Test {
  protected:
-  // The cache takes a name for the address of its first unit.
+  // The cache identifies a name by the address of its first unit.
   Namesakes units_of(std::size_t i, std::size_t count) {
     if (names[i].empty())
       names[i].emplace("", reinterpret_cast<Declaration*>(i + 1));
     return {names[i].begin(), static_cast<int>(count), false};
   }
 
-  // What the cache writes for a name whose block has this text now.
+  // What the cache writes for a name whose block would be this text now.
   std::string shown(std::size_t i, std::size_t units, std::size_t items,
                     const std::string& text) {
     return written([&](std::FILE* html) {
@@ -42,7 +42,7 @@ class BlockCacheTest : public testing::Test {
   std::array<Declaration::Registry, 100> names;
 };
 
-TEST_F(BlockCacheTest, KeepsEveryByteAndNothingOfEarlierBlocks) {
+TEST_F(BlockCacheTest, WritesEveryByteOfABlockAndNoneOfOtherBlocks) {
   std::string bytes;
   for (int code = 0; code < 256; ++code) bytes += static_cast<char>(code);
   const std::string texts[] = {
@@ -53,7 +53,7 @@ TEST_F(BlockCacheTest, KeepsEveryByteAndNothingOfEarlierBlocks) {
       EXPECT_EQ(texts[i], shown(i, 2, 2, texts[i])) << "block " << i;
 }
 
-TEST_F(BlockCacheTest, RendersABlockAnewOnceItHasMoreItems) {
+TEST_F(BlockCacheTest, RendersABlockOnceForEachNumberOfItems) {
   EXPECT_EQ("a", shown(0, 2, 1, "a"));
   EXPECT_EQ("ab", shown(0, 2, 2, "ab"));
   EXPECT_EQ("ab", shown(0, 2, 2, "another"));
@@ -61,7 +61,7 @@ TEST_F(BlockCacheTest, RendersABlockAnewOnceItHasMoreItems) {
   EXPECT_EQ(3, rendered);
 }
 
-TEST_F(BlockCacheTest, ForgetsItsBlocksWithTheRegistry) {
+TEST_F(BlockCacheTest, ForgetsItsBlocksWhenTheRegistryIsEmptied) {
   shown(0, 2, 2, "one");
   shown(1, 2, 2, "two");
   Declaration::forget_all();
@@ -71,7 +71,7 @@ TEST_F(BlockCacheTest, ForgetsItsBlocksWithTheRegistry) {
   EXPECT_EQ(4, rendered);
 }
 
-TEST_F(BlockCacheTest, ForgetsItsBlocksWhenTheSeparatorOfPathsChanges) {
+TEST_F(BlockCacheTest, ForgetsItsBlocksWhenThePathSeparatorChanges) {
   EXPECT_EQ("dir/a0001.html", shown(0, 2, 2, "dir/a0001.html"));
   slash = '\\';
   EXPECT_EQ("a0001.html", shown(0, 2, 2, "a0001.html"));
@@ -80,11 +80,11 @@ TEST_F(BlockCacheTest, ForgetsItsBlocksWhenTheSeparatorOfPathsChanges) {
   EXPECT_EQ("dir/a0001.html", shown(0, 2, 2, "dir/a0001.html"));
 }
 
-TEST_F(BlockCacheTest, KeepsNoBlockOfMoreThan64ItemsForEachUnit) {
+TEST_F(BlockCacheTest, KeepsNoBlockWithMoreThan64ItemsPerUnit) {
   const struct {
     std::size_t units;
     std::size_t items;
-    int rendered;  // by two calls
+    int rendered;  // times in two calls
   } cases[] = {{1, 64, 1}, {1, 65, 2}, {3, 192, 1}, {3, 193, 2}, {3, 9999, 2}};
   for (std::size_t i = 0; i < std::size(cases); ++i) {
     const auto& c = cases[i];
@@ -96,7 +96,7 @@ TEST_F(BlockCacheTest, KeepsNoBlockOfMoreThan64ItemsForEachUnit) {
   }
 }
 
-TEST_F(BlockCacheTest, ForgetsItsBlocksOnceTheyTakeMoreThanAMegabyte) {
+TEST_F(BlockCacheTest, ForgetsItsBlocksOnceTheyExceedAMegabyte) {
   const std::string half(1 << 19, 'x');
   shown(0, 2, 2, half);
   shown(1, 2, 2, half);
@@ -109,14 +109,14 @@ TEST_F(BlockCacheTest, ForgetsItsBlocksOnceTheyTakeMoreThanAMegabyte) {
   EXPECT_EQ(6, rendered);
 }
 
-TEST_F(BlockCacheTest, CountsABlockThatIsRenderedAnewOnce) {
+TEST_F(BlockCacheTest, CountsOnlyTheLatestTextOfABlock) {
   shown(0, 2, 0, "kept");
   for (std::size_t items = 0; items < 100; ++items)
     shown(1, 2, items, std::string(20000, 'x'));
   EXPECT_EQ("kept", shown(0, 2, 0, "another"));
 }
 
-TEST_F(BlockCacheTest, GivesItsMemoryBack) {
+TEST_F(BlockCacheTest, FreesItsMemory) {
   const auto use_another = [this] {
     written([this](std::FILE* html) {
       BlockCache another;

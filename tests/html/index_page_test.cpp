@@ -26,14 +26,13 @@ namespace {
 const std::vector<std::string> pages = {"a1751050.html", "b1756053.html",
                                         "c1761056.html"};
 
-// A definition in a file, by its definition index.
 struct Shown {
   std::size_t file;
   std::string name;
   int index;
 };
 
-// What the units of one kind add to the page.
+// The mark-up of the units of one kind.
 struct Entries {
   Entries() = default;
   Entries(std::initializer_list<Shown> units) {
@@ -56,7 +55,7 @@ struct Entries {
   std::string list;
 };
 
-// A whole index page, from the entries of those kinds that have any.
+// A whole index page; kinds without entries may be left out.
 std::string index_page(std::map<std::string, Entries> entries) {
   std::string navigation;
   std::string lists;
@@ -83,7 +82,7 @@ class PrintTree : public PageTest {
   FileList files{{"a.f90", "b.f90", "c.f90"}};
 };
 
-TEST_F(PrintTree, AnEmptyRegistryGivesEmptyMenusAndLists) {
+TEST_F(PrintTree, WritesEmptyMenusAndListsForAnEmptyRegistry) {
   EXPECT_EQ(index_page({}), page());
 }
 
@@ -97,7 +96,6 @@ TEST_F(PrintTree, ListsUnitsByKindAndNameWithTheirDefinitionIndex) {
     std::vector<Unit> declared;
     std::map<std::string, Entries> shown;
   } cases[] = {
-      // Every kind.
       {{{DT_TYPE, "Point", 1},
         {DT_INTERFACE, ".cross.", 1},
         {DT_FUNCTION, "norm", 1},
@@ -110,12 +108,12 @@ TEST_F(PrintTree, ListsUnitsByKindAndNameWithTheirDefinitionIndex) {
         {"FUNCTION", {{1, "norm", 1}}},
         {"INTERFACE", {{1, ".cross.", 1}}},
         {"TYPE", {{1, "Point", 1}}}}},
-      // The order is that of the names in upper case.
+      // Sorted by the names in upper case.
       {{{DT_FUNCTION, "Beta", 0},
         {DT_FUNCTION, "alpha", 0},
         {DT_FUNCTION, "ALPHA2", 0}},
        {{"FUNCTION", {{0, "alpha", 1}, {0, "ALPHA2", 1}, {0, "Beta", 1}}}}},
-      // One bullet for all definitions of a name.
+      // All definitions of a name share a bullet.
       {{{DT_SUBROUTINE, "Solve", 0},
         {DT_SUBROUTINE, "SOLVE", 1},
         {DT_SUBROUTINE, "zero", 0}},
@@ -125,7 +123,7 @@ TEST_F(PrintTree, ListsUnitsByKindAndNameWithTheirDefinitionIndex) {
         {DT_MODULE, "m", 2},
         {DT_MODULE, "m", 0}},
        {{"MODULE", {{0, "m", 1}, {1, "m", 2}, {2, "m", 3}, {0, "m", 4}}}}},
-      // Of whatever kind; a number may stand before any bullet.
+      // They are counted across kinds, so a number may precede all bullets.
       {{{DT_SUBROUTINE, "area", 0},
         {DT_SUBROUTINE, "swap", 0},
         {DT_INTERFACE, "swap", 1},
@@ -134,9 +132,9 @@ TEST_F(PrintTree, ListsUnitsByKindAndNameWithTheirDefinitionIndex) {
        {{"SUBROUTINE", {{0, "area", 1}, {0, "swap", 1}}},
         {"INTERFACE", {{1, "apply", 1}, {1, "swap", 2}}},
         {"TYPE", {{2, "swap", 3}}}}},
-      // The last name of one walk is the first of the next.
+      // The last name of one list is the first of the next.
       {{{DT_TYPE, "x", 0}}, {{"TYPE", {{0, "x", 1}}}}},
-      // Without a name, and with one that is neither format nor mark-up.
+      // No name, and a name that looks like a format and mark-up.
       {{{DT_INTERFACE, "", 0},
         {DT_INTERFACE, "", 1},
         {DT_INTERFACE, ".%s%n<&>.", 0}},
@@ -150,7 +148,7 @@ TEST_F(PrintTree, ListsUnitsByKindAndNameWithTheirDefinitionIndex) {
   }
 }
 
-TEST_F(PrintTree, MenusStartAColumnAfterEvery25EntriesOfTheirKind) {
+TEST_F(PrintTree, StartsAMenuColumnAfterEvery25Entries) {
   for (const int n : {25, 26, 50, 51, 75}) {
     Declaration::forget_all();
     declare(DT_MODULE, "a");
@@ -170,8 +168,8 @@ TEST_F(PrintTree, MenusStartAColumnAfterEvery25EntriesOfTheirKind) {
   }
 }
 
-// Always with "/", whatever the separator.
-TEST_F(PrintTree, ThePageIsNamedAfterItsBaseNameInTheOutputDirectory) {
+// The path has a "/" whatever the separator.
+TEST_F(PrintTree, WritesThePageWithTheGivenNameIntoTheOutputDirectory) {
   html_dir = "100%s%n";
   slash = '\\';
   write_file("100%s%n/50%d.html", std::string(10000, 'x'));
@@ -179,7 +177,7 @@ TEST_F(PrintTree, ThePageIsNamedAfterItsBaseNameInTheOutputDirectory) {
   EXPECT_EQ(index_page({}), content_of("100%s%n/50%d.html"));
 }
 
-TEST_F(PrintTree, TheTitleIsTheOneOfTheSettings) {
+TEST_F(PrintTree, TakesTheTitleFromTheSettings) {
   const std::string title = index_title;
   index_title = "100%s <b>";
   const std::string start = page().substr(page_head().size(), 30);
@@ -187,7 +185,7 @@ TEST_F(PrintTree, TheTitleIsTheOneOfTheSettings) {
   EXPECT_EQ("<TITLE>100%s <b></TITLE>\n\n&nbs", start);
 }
 
-TEST_F(PrintTree, ReportsItselfWhenVerbose) {
+TEST_F(PrintTree, ReportsTheIndexInVerboseMode) {
   for (const int level : {-1, 0, 1, 5}) {
     verbose = level;
     EXPECT_EQ(level > 0 ? "Generating HTML index..\nDone!\n" : "", printed([&] {
@@ -203,7 +201,7 @@ TEST_F(PrintTree, LeavesNoFileOpen) {
   EXPECT_EQ(before, open_files());
 }
 
-TEST_F(PrintTree, APageThatCannotBeOpenedIsSkippedWithoutAWord) {
+TEST_F(PrintTree, SilentlySkipsAPageThatCannotBeOpened) {
   verbose = 1;
   fs::create_directory("HTML/index.html");
   for (const char* directory : {"nowhere", "HTML"}) {
@@ -215,9 +213,8 @@ TEST_F(PrintTree, APageThatCannotBeOpenedIsSkippedWithoutAWord) {
 
 using PrintTreeDeathTest = PrintTree;
 
-// No file may grow beyond the head of the page and some of its lists, which
-// ends the process there.
-TEST_F(PrintTreeDeathTest, ReportsItselfBeforeItWritesTheLists) {
+// A limit on the size of files ends the process while it writes the lists.
+TEST_F(PrintTreeDeathTest, FlushesItsReportBeforeWritingTheLists) {
   verbose = 1;
   for (int i = 0; i < 1000; ++i) declare(DT_TYPE, "name");
   EXPECT_EXIT(

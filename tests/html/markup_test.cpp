@@ -13,7 +13,7 @@
 
 namespace {
 
-TEST(Put, WritesTextsAsTheyAre) {
+TEST(Put, WritesTextsUnchanged) {
   const std::string texts[] = {"", "%s%n<&>\n", std::string("a\0b\xff", 4),
                                std::string(100000, 'x')};
   for (const std::string& text : texts)
@@ -23,7 +23,7 @@ TEST(Put, WritesTextsAsTheyAre) {
             }));
 }
 
-TEST(Put, WritesPiecesOneAfterTheOther) {
+TEST(Put, WritesItsArgumentsInOrder) {
   EXPECT_EQ("<a>0-571000000x2147483647-2147483648</a>",
             written([](std::FILE* html) {
               put(html, "<a>", 0, -5, 7, 1000000, std::string("x"), INT_MAX,

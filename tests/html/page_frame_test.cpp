@@ -30,7 +30,7 @@ class HtmlFooter : public testing::Test {
   std::string trailer = page_trailer;
 };
 
-TEST_F(HtmlFooter, ShowsTheTimeStampWithItsLineEndAndTheMakers) {
+TEST_F(HtmlFooter, ShowsTheTimeStampWithItsLineEndAndTheMaker) {
   EXPECT_EQ(
       "<hr><small>Generated Sun Mar  1 12:44:05 2009\n"
       " by <a href=\"https://zelkor.example/\">zelkor</a>, A CASE Tool from "
@@ -39,14 +39,14 @@ TEST_F(HtmlFooter, ShowsTheTimeStampWithItsLineEndAndTheMakers) {
       written(html_footer));
 }
 
-TEST_F(HtmlFooter, TakesTheTrailerAsAFormatOfTheRunsLocalTime) {
+TEST_F(HtmlFooter, UsesTheTrailerAsAFormatForTheLocalTime) {
   page_trailer = "[%s] 100%%";
   const TimeZone five_hours_east("EAST-5");
   EXPECT_EQ("[Sun Mar  1 17:44:05 2009\n] 100%</body>\n</html>\n",
             written(html_footer));
 }
 
-TEST(MarkUp, IsWrittenToTheByte) {
+TEST(MenuOperations, WriteExactlyTheirMarkUp) {
   const std::string pane =
       "<table class=\"pane\"><tr><td style=\"vertical-align:top;\">\n";
   const std::string menu =
@@ -87,9 +87,9 @@ TEST(PrintHtmlChar, WritesEveryCharacterUnchanged) {
   }
 }
 
-// 100%s\xe9.f90 has the byte sum 527 (\xe9 counts as -23), so its number is
-// 527 * 5003 modulo 2 ^ 21.
-TEST(Items, AreWrittenToTheByte) {
+// The bytes of 100%s\xe9.f90 add up to 527 (\xe9 counts as -23), so its number
+// is 527 * 5003 modulo 2 ^ 21.
+TEST(ItemOperations, WriteExactlyTheirMarkUp) {
   const SettingsGuard settings;
   FileList files{{"src/a.f90", "100%s\xe9.f90"}};
   const auto* solve =

@@ -12,8 +12,8 @@
 
 using namespace std::string_literals;
 
-// A path keeps its number as long as the program runs, so every test asks for
-// paths whose numbers no other test takes.
+// A path keeps its number as long as the process runs, so no two tests use
+// paths with equal numbers.
 
 namespace {
 
@@ -23,8 +23,8 @@ int byte_sum(const std::string& text) {
   return sum;
 }
 
-// A path of which the plain sum of its bytes gives a number. The sum is sought
-// with the inverse of 5003 in 21 bits, and a directory name fills it up.
+// A path with this number. The inverse of 5003 modulo 2 ^ 21 gives the sum that
+// its bytes need, and a directory name makes it up.
 std::string path_with_number(long number, const std::string& last_component) {
   const long range = 0x200000;
   const long inverse = 1211427;
@@ -41,8 +41,8 @@ std::string page_name(const std::string& path) {
   return HTML_REF(files.slot(0));
 }
 
-// Later rows ask for what earlier ones took.
-TEST(UniqueId, SumsTheBytesOfThePathAsSignedValuesAndProbesUpwards) {
+// Later rows need numbers that earlier ones have taken.
+TEST(UniqueId, SumsTheSignedBytesOfThePathAndProbesUpwards) {
   const struct {
     std::string path;
     int number;
@@ -76,7 +76,7 @@ TEST(UniqueId, SumsTheBytesOfThePathAsSignedValuesAndProbesUpwards) {
     EXPECT_EQ(c.number, unique_id(c.path.c_str())) << c.path;
 }
 
-TEST(HtmlRef, ReplacesTheExtensionByTheNumber) {
+TEST(HtmlRef, ReplacesTheExtensionWithThePageNumber) {
   const struct {
     std::string path;
     std::string name;
@@ -115,7 +115,7 @@ TEST(HtmlRef, ReplacesTheExtensionByTheNumber) {
   for (const auto& c : cases) EXPECT_EQ(c.name, page_name(c.path)) << c.path;
 }
 
-TEST(HtmlRef, GoesByThePathNotByItsSlot) {
+TEST(HtmlRef, DependsOnThePathAndNotOnItsSlot) {
   char path[] = "a.f90";
   char* slot = path;
   EXPECT_STREQ("a1751050.html", HTML_REF(&slot));
@@ -126,7 +126,7 @@ TEST(HtmlRef, GoesByThePathNotByItsSlot) {
   EXPECT_STREQ("a1751050.html", HTML_REF(other.slot(1)));
 }
 
-TEST(HtmlRef, FollowsTheSeparatorOfPathsBackAndForth) {
+TEST(HtmlRef, UsesTheCurrentPathSeparator) {
   const SettingsGuard settings;
   FileList files({"dir/odd\\c.f90", "dir/d.f90"});
   const std::string number = std::to_string(unique_id(*files.slot(0)));
@@ -139,7 +139,7 @@ TEST(HtmlRef, FollowsTheSeparatorOfPathsBackAndForth) {
   }
 }
 
-TEST(HtmlRef, OfTheEmptyPathHasTheFirstNumberThatIsFree) {
+TEST(HtmlRef, GivesTheEmptyPathTheFirstFreeNumber) {
   alone([] {
     EXPECT_EQ("0000.html", page_name(""));
     EXPECT_EQ("x0000.html", page_name(path_with_number(0, "x.f90")));
@@ -162,7 +162,7 @@ TEST(HtmlName, JoinsDirectorySeparatorAndPageName) {
     }
 }
 
-TEST(PageNames, EachOperationKeepsItsResultUntilItsOwnNextCall) {
+TEST(PageNames, StayValidUntilTheNextCallOfTheSameOperation) {
   FileList files({"a.f90", "src/a.f90"});
   const char* xref = HTML_XREF(Calling{files.slot(0), 3});
   const char* name = HTML_NAME(files.slot(0));

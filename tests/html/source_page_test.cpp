@@ -32,7 +32,6 @@ const std::string page_c = "c1761056.html";
 
 class PrintLinks : public PageTest {
  protected:
-  // Writes a source and its page; returns the page.
   std::string page_of(std::size_t file, const std::string& text,
                       bool fixed_form = false) {
     write_file(*files.slot(file), text);
@@ -40,7 +39,7 @@ class PrintLinks : public PageTest {
     return content_of("HTML/" + pages[file]);
   }
 
-  // What stands between "<pre>" and "</pre>" on the page of a.f90.
+  // The text between "<pre>" and "</pre>" on the page of a.f90.
   std::string content(const std::string& text, bool fixed_form = false) {
     const std::string page = page_of(0, text, fixed_form);
     const std::string empty = source_page("a.f90", "", date_time);
@@ -62,7 +61,7 @@ class PrintLinks : public PageTest {
   const std::vector<std::string> pages{page_a, page_b, page_c};
 };
 
-// A reference to the one unit of a name, on a line of its own.
+// A reference to a name that is defined once.
 std::string reference(int line, const std::string& target,
                       const std::string& word) {
   return "<a NAME=\"line" + std::to_string(line) + "\"></a><a HREF=\"" +
@@ -76,7 +75,7 @@ std::string definition(const std::string& anchor, const std::string& word,
          callers_menu(items);
 }
 
-TEST_F(PrintLinks, WritesThePageFromTopToBottom) {
+TEST_F(PrintLinks, WritesAWholePage) {
   Declaration& solve = declare("Solve", 0, 1);
   solve.add_calling(files.slot(0), 2);
   const std::string page =
@@ -104,7 +103,7 @@ TEST_F(PrintLinks, WritesThePageFromTopToBottom) {
       page.substr(1644));
 }
 
-TEST_F(PrintLinks, LaysMarksOverWords) {
+TEST_F(PrintLinks, MarksReferencesAndDefinitions) {
   const std::string f = page_b + "#f-1";
   const std::string blanks(4092, ' ');
   const std::string dashes(100000, '-');
@@ -120,14 +119,14 @@ TEST_F(PrintLinks, LaysMarksOverWords) {
     std::string source;
     std::string shown;
   } cases[] = {
-      // A last line needs its line end, unless it fills a piece.
+      // A last line without line end is omitted unless it fills a piece.
       {"", ""},
       {"x = 1\ny = 2", "x = 1\n"},
       {"y = 2", ""},
       {std::string(4094, '-'), ""},
       {std::string(4095, '-'), std::string(4095, '-')},
       {std::string(4096, '-'), std::string(4095, '-')},
-      // References, each with the anchor of its line.
+      // Each reference has the anchor of its line.
       {"\n\n\n\n\n\n  call F(x)\n",
        "\n\n\n\n\n\n  call " + reference(7, f, "F") + "(x)\n"},
       {"y = f(f(x))\n",
@@ -141,7 +140,7 @@ TEST_F(PrintLinks, LaysMarksOverWords) {
       {"if (a<b .and. c>d) & ! \"<script>\" &amp; %s%d f<b>\n",
        "if (a<b .and. c>d) & ! \"<script>\" &amp; %s%d " +
            reference(1, f, "f") + "<b>\n"},
-      // Definitions, whose anchor is spelled as on the line.
+      // The anchor of a definition is spelled as on the line.
       {"x = 1\nsubroutine SOLVE ! solve\ny = 3\n",
        "x = 1\nsubroutine " + definition("SOLVE-1", "SOLVE", "") + " ! " +
            definition("solve-1", "solve", "") + "\ny = 3\n"},
@@ -154,11 +153,11 @@ TEST_F(PrintLinks, LaysMarksOverWords) {
       {"a .Cross. b 2 2.0 x2 _2\n",
        "a " + reference(1, page_b + "#.cross.-1", ".Cross.") + " b " +
            reference(1, page_b + "#2-1", "2") + " 2.0 x2 _2\n"},
-      // They are known by their first 255 characters.
+      // Their first 255 characters count.
       {longer + "(x)\n" + longer + "(x)\n",
        reference(1, page_a + "#" + name + "-1", longer) + "(x)\n" +
            definition(name + "-1", longer, "") + "(x)\n"},
-      // Pieces of 4095 characters count as lines, and cut words.
+      // Pieces of 4095 characters count as lines and split words.
       {blanks + "  \nf\n", blanks + "  \n" + reference(2, f, "f") + "\n"},
       {blanks + "   \nf\n", blanks + "   \n" + reference(3, f, "f") + "\n"},
       {blanks + "   f\nf\n", blanks + "   " + reference(2, f, "f") + "\n" +
@@ -183,7 +182,7 @@ TEST_F(PrintLinks, LaysMarksOverWords) {
   declare("apply_rk_0", 2, 4);
   declare("Solve", 0, 2);
   declare(name.c_str(), 0, 2);
-  // Words that name nothing are passed over sooner when no keyword is sought.
+  // Without levels, words that name no unit are skipped sooner.
   const std::uint32_t styles[] = {html_style, LEVEL_3};
   for (const std::uint32_t style : styles)
     for (const auto& c : cases) {
@@ -192,7 +191,7 @@ TEST_F(PrintLinks, LaysMarksOverWords) {
     }
 }
 
-TEST_F(PrintLinks, HighlightsKeywordsAndHidesTextAsTheStyleSays) {
+TEST_F(PrintLinks, HighlightsKeywordsAndHidesTextAccordingToTheStyle) {
   declare("f", 1, 3);
   declare("case", 0, 9);
   const std::string f = reference(1, page_b + "#f-1", "f");
@@ -231,18 +230,18 @@ TEST_F(PrintLinks, HighlightsKeywordsAndHidesTextAsTheStyleSays) {
   EXPECT_EQ("call " + f + "\n", content("call f\n", false));
 }
 
-TEST_F(PrintLinks, LongPagesAreWrittenInPiecesOf64Kilobytes) {
+TEST_F(PrintLinks, WritesLongPagesInPiecesOf64Kilobytes) {
   std::string text;
   for (int i = 0; i < 6400; ++i) text += std::string(99, '+') + "\n";
   write_file("a.f90", text);
   const long before = process_counter("io", "syscw");
   print_links(files.slot(0), false);
-  // 640000 bytes are not quite ten pieces, but 157 of 4096 bytes. UBSan writes
-  // a few times, too.
+  // 640000 bytes are ten pieces, or 157 of 4096 bytes. UBSan writes a few
+  // times, too.
   EXPECT_GT(50, process_counter("io", "syscw") - before);
 }
 
-TEST_F(PrintLinks, TitleAndHeadingAreTheLastPathComponent) {
+TEST_F(PrintLinks, ShowsTheLastPathComponentAsTitleAndHeading) {
   const struct {
     char separator;
     std::string path;
@@ -263,7 +262,7 @@ TEST_F(PrintLinks, TitleAndHeadingAreTheLastPathComponent) {
   }
 }
 
-TEST_F(PrintLinks, NamesDefinedTwiceShowAllDefinitionsAtEveryReference) {
+TEST_F(PrintLinks, ListsAllDefinitionsAtAReferenceToANameDefinedTwice) {
   declare("Solve", 0, 2);
   declare("SOLVE", 1, 9);
   EXPECT_EQ(
@@ -277,7 +276,7 @@ TEST_F(PrintLinks, NamesDefinedTwiceShowAllDefinitionsAtEveryReference) {
       content("call solve()\n"));
 }
 
-TEST_F(PrintLinks, NamesDefinedTwiceHaveNumberedAnchorsAndTheSameMenu) {
+TEST_F(PrintLinks, ShowsTheSameMenuAtBothDefinitionsOfANameDefinedTwice) {
   Declaration& first = declare("solve", 0, 2);
   Declaration& second = declare("Solve", 1, 1);
   first.add_calling(files.slot(2), 5);
@@ -293,22 +292,22 @@ TEST_F(PrintLinks, NamesDefinedTwiceHaveNumberedAnchorsAndTheSameMenu) {
       page_of(1, "subroutine Solve\n"));
 }
 
-TEST_F(PrintLinks, AnEntryInUpperCaseFindsItsKeywordInLowerCase) {
+TEST_F(PrintLinks, HighlightsALowerCaseKeywordThatIsListedInUpperCase) {
   const Syntax where(2, "WHERE");
   html_style = BOLD_KEYWORDS | LEVEL_2;
   EXPECT_EQ("end <b>where</b> wherever\n", content("end where wherever\n"));
   Syntax::first = where.next;
 }
 
-// It is noticed before the page.
-TEST_F(PrintLinks, AMissingSourceGetsNoPageAndNoMessage) {
+// It is skipped before its page is opened: this directory does not exist.
+TEST_F(PrintLinks, SilentlySkipsAMissingSource) {
   verbose = 1;
   html_dir = "nowhere";
   EXPECT_EQ("", printed([&] { print_links(files.slot(0), false); }));
   EXPECT_FALSE(fs::exists("nowhere"));
 }
 
-TEST_F(PrintLinks, ADirectoryAsSourceGetsAPageWithoutLines) {
+TEST_F(PrintLinks, WritesAPageWithoutLinesForADirectory) {
   fs::create_directory("a.f90");
   print_links(files.slot(0), false);
   EXPECT_EQ(source_page("a.f90", "", date_time), content_of("HTML/" + page_a));
@@ -325,7 +324,7 @@ TEST_F(PrintLinks, LeavesNoFileOpen) {
   }
 }
 
-TEST_F(PrintLinks, SaysWhichFileItIsAtWhenVerbose) {
+TEST_F(PrintLinks, ReportsEachFileInVerboseMode) {
   FileList odd({"./100%s%n.f90"});
   write_file(*odd.slot(0), "x\n");
   for (const int level : {-1, 0, 1, 5}) {
@@ -336,7 +335,7 @@ TEST_F(PrintLinks, SaysWhichFileItIsAtWhenVerbose) {
 }
 
 // The source is a pipe that stays open until the report has arrived.
-TEST_F(PrintLinks, ReportsTheFileBeforeItReadsItAndWhenItIsDone) {
+TEST_F(PrintLinks, FlushesItsReportBeforeReadingAndAtTheEnd) {
   verbose = 1;
   ASSERT_EQ(0, mkfifo("a.f90", 0600));
   EXPECT_EQ("Generating HTML for a.f90...OK\n", printed([&] {
@@ -353,11 +352,11 @@ TEST_F(PrintLinks, ReportsTheFileBeforeItReadsItAndWhenItIsDone) {
 
 using PrintLinksDeathTest = PrintLinks;
 
-// glibc's words, without a line number.
+// The message of glibc without the line number.
 const char assertion[] =
     "zelkor: .*void print_links\\(char\\*\\*, bool\\).*html!=__null";
 
-TEST_F(PrintLinksDeathTest, StopsWhenTheOutputDirectoryIsMissing) {
+TEST_F(PrintLinksDeathTest, AbortsWhenThePageCannotBeCreated) {
   write_file("a.f90", "x\n");
   html_dir = "nowhere";
   EXPECT_EXIT(print_links(files.slot(0), false),
@@ -366,7 +365,7 @@ TEST_F(PrintLinksDeathTest, StopsWhenTheOutputDirectoryIsMissing) {
 
 class ColumnRule : public PrintLinks {
  protected:
-  // The sizes of the columns of the menu of a unit with n callers.
+  // The sizes of the columns in a menu with n callers.
   std::vector<int> columns(int n) {
     Declaration::forget_all();
     Declaration& f = declare("f", 0, 1);
@@ -398,7 +397,7 @@ class ColumnRule : public PrintLinks {
   }
 };
 
-TEST_F(ColumnRule, SpreadsTheCallersOverOneToThreeColumns) {
+TEST_F(ColumnRule, SpreadsCallersOverOneToThreeColumns) {
   const struct {
     int callers;
     std::vector<int> columns;
@@ -425,7 +424,7 @@ TEST_F(ColumnRule, SpreadsTheCallersOverOneToThreeColumns) {
     EXPECT_EQ(c.columns, columns(c.callers)) << c.callers << " callers";
 }
 
-TEST_F(PrintLinks, ALaterRunShowsItsOwnUnitsAndCallers) {
+TEST_F(PrintLinks, ShowsNoUnitsOrCallersOfEarlierRuns) {
   for (int run = 1; run <= 3; ++run) {
     Declaration::forget_all();
     Declaration& first = declare("s", 0, 1);
@@ -442,7 +441,7 @@ TEST_F(PrintLinks, ALaterRunShowsItsOwnUnitsAndCallers) {
   }
 }
 
-TEST(PrintSyntax, WritesTheColumnsInTheChosenStyle) {
+TEST(PrintSyntax, WritesTheTextInTheChosenStyle) {
   const SettingsGuard settings;
   const struct {
     std::uint32_t style;

@@ -24,8 +24,8 @@ std::string upper(std::string text) {
   return text;
 }
 
-// What a word or name is known by.
-std::string known_by(const std::string& word) { return word.substr(0, 255); }
+// The characters of a word or name that count.
+std::string significant(const std::string& word) { return word.substr(0, 255); }
 
 const char* const word_characters =
     "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_.";
@@ -50,21 +50,19 @@ std::size_t skip_white(const std::string& line, std::size_t at) {
   return std::min(line.find_first_not_of(" \t\n\v\f\r", at), line.size());
 }
 
-// --- Units ---
-
 struct Opened {
   DecType type;
   std::string name;
 };
 
-// The operator that an interface is for, whose "operator" is at a column.
+// The operator of an interface, whose "operator" is at a column.
 std::optional<Opened> opened_operator(const std::string& line, std::size_t at) {
   at = skip_white(line, std::min(at + 9, line.size()));
   if (line[at] != '(') return std::nullopt;
   at = skip_white(line, at + 1);
   if (line[at] != '.') return std::nullopt;
   const std::size_t end = std::min(line.find('.', at + 1), line.size());
-  return Opened{DT_INTERFACE, known_by(line.substr(at, end + 1 - at))};
+  return Opened{DT_INTERFACE, significant(line.substr(at, end + 1 - at))};
 }
 
 // The unit that a line opens, if any.
@@ -83,11 +81,11 @@ std::optional<Opened> unit_opened_by(const std::string& line) {
   if (type == DT_INTERFACE && upper(name) == "ASSIGNMENT") return {};
   if (type == DT_INTERFACE && upper(name) == "OPERATOR")
     return opened_operator(line, next);
-  return Opened{type, known_by(name)};
+  return Opened{type, significant(name)};
 }
 
-// The text of the file in a slot; nothing when there is none to read. A
-// directory reads as an empty file.
+// The text of the file in a slot; nothing if the file is missing. A directory
+// reads as an empty file.
 std::optional<std::string> source_of(const Tree& tree, std::size_t slot) {
   const auto source = tree.sources.find(tree.list[slot]);
   if (source == tree.sources.end()) return std::nullopt;
@@ -98,7 +96,7 @@ std::vector<Unit> opened_units(const Tree& tree) {
   std::vector<Unit> units;
   for (std::size_t slot = 0; slot < tree.list.size(); ++slot) {
     const auto pieces = pieces_of(source_of(tree, slot).value_or(""), 1024);
-    // None after one that begins with a NUL counts, and never the last.
+    // A piece that begins with a NUL ends the file; the last one is ignored.
     for (std::size_t i = 0; i + 1 < pieces.size() && !pieces[i].text.empty();
          ++i)
       if (const auto opened = unit_opened_by(blanked(pieces[i].text)))
@@ -114,9 +112,7 @@ std::vector<Unit> opened_units(const Tree& tree) {
   return units;
 }
 
-// --- Words ---
-
-// A word of a line of the file in a slot, as the passes over words see it.
+// A word of a line of the file in a slot.
 struct Place {
   std::size_t slot;
   int line;
@@ -142,7 +138,7 @@ std::vector<Place> places_of(const Tree& tree, std::size_t slot) {
   return places;
 }
 
-// Units by their keys, each key's in order.
+// Units by key, in registry order.
 template <typename AnyUnit>
 class Namesakes {
  public:
@@ -153,11 +149,11 @@ class Namesakes {
 
   const std::vector<AnyUnit*>& of(const Place& place) const {
     static const std::vector<AnyUnit*> none;
-    const auto found = by_key.find(upper(known_by(place.word.text)));
+    const auto found = by_key.find(upper(significant(place.word.text)));
     return found == by_key.end() ? none : found->second;
   }
 
-  // The definition index of the unit that is declared there, or 0.
+  // The definition index of the unit that is declared at a place, or 0.
   int index_at(const Place& place) const {
     int index = 0;
     int found = 0;
@@ -172,8 +168,6 @@ class Namesakes {
   std::map<std::string, std::vector<AnyUnit*>> by_key;
 };
 
-// --- Pages ---
-
 class ExpectedPages {
  public:
   ExpectedPages(const FinishedRun& finished,
@@ -184,7 +178,7 @@ class ExpectedPages {
     }
   }
 
-  // Files can share a page: the last in the list is the one that stays.
+  // Files can share a page; the last one in the list overwrites the others.
   Pages pages() const {
     Pages found;
     for (std::size_t slot = 0; slot < tree.list.size(); ++slot)
@@ -221,7 +215,7 @@ class ExpectedPages {
     const std::vector<const Unit*>& found = namesakes.of(place);
     if (found.empty()) return highlighted(word);
     if (const int index = namesakes.index_at(place))
-      return "<a NAME=\"" + known_by(word) + "-" + std::to_string(index) +
+      return "<a NAME=\"" + significant(word) + "-" + std::to_string(index) +
              "\"><b>" + word + "</b></a>" + menu(*found[0]);
     const std::string anchor =
         "<a NAME=\"line" + std::to_string(place.line) + "\"></a>";
@@ -305,7 +299,7 @@ class ExpectedPages {
   std::map<std::string, std::string> page_of;
 };
 
-// Where two texts begin to differ, as both go on.
+// The first difference between two texts.
 std::string difference(const std::string& expected,
                        const std::string& written) {
   const auto [one, other] = std::mismatch(expected.begin(), expected.end(),
@@ -336,7 +330,8 @@ std::vector<std::string> faults_of(const FinishedRun& run) {
   const auto [wanted, found] = std::mismatch(
       units.begin(), units.end(), run.units.begin(), run.units.end());
   if (wanted != units.end())
-    faults.push_back("unit \"" + wanted->name + "\" is not registered so");
+    faults.push_back("unit \"" + wanted->name +
+                     "\" is not registered like this");
   else if (found != run.units.end())
     faults.push_back("unit \"" + found->name + "\" should not be there");
 

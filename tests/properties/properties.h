@@ -1,4 +1,4 @@
-// What the pages of any run hold, told once more for trees of any kind.
+// A model of the registry and the pages of a run.
 
 #pragma once
 
@@ -7,11 +7,9 @@
 
 #include "tests/properties/tree.h"
 
-/// The units that the lines of a tree open, in the registry's order, each with
-/// all lines that refer to it.
+/// The units of a tree in registry order, with their references.
 std::vector<Unit> units_of(const Tree& tree);
 
-/// What is wrong with a run, one text for each fault: a registry that does not
-/// hold units_of() its tree, and pages that are missing, should not be there or
-/// do not show the lines of their source with the marks of these units.
+/// Describes each difference between a run and the model: units, missing or
+/// unexpected pages, and the bytes of pages.
 std::vector<std::string> faults_of(const FinishedRun& run);

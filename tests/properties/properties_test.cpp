@@ -1,9 +1,9 @@
-// What holds for any tree, checked over trees made at random.
+// Properties of every run, checked over random trees.
 //
 // ZELKOR_PROPERTY_FILES is the number of source files to check (300), and
-// ZELKOR_PROPERTY_SEED the seed of the first tree (1); each further tree has
-// the next seed. A failure names the seed of its tree, so that this tree alone
-// can be looked at again.
+// ZELKOR_PROPERTY_SEED the seed of the first tree (1). Each further tree has
+// the next seed. A failure names the seed of its tree, so that the test can be
+// repeated with this tree.
 
 #include "tests/properties/properties.h"
 
@@ -35,8 +35,8 @@ std::uint64_t number_of(const char* variable, std::uint64_t otherwise) {
 const std::uint64_t files_to_check = number_of("ZELKOR_PROPERTY_FILES", 300);
 const std::uint64_t first_seed = number_of("ZELKOR_PROPERTY_SEED", 1);
 
-// Does something for one tree after the other, each in a folder of its own,
-// until they have enough files; stops at the first that fails.
+// Checks random trees, each in a new folder, until they have enough files.
+// Stops at the first tree that fails.
 void for_trees(const std::function<void(Tree&, Dice&)>& check) {
   const TimeZone zone;
   const SettingsGuard settings;
@@ -58,10 +58,10 @@ void expect_no_faults(const Tree& tree) {
     ADD_FAILURE() << fault;
 }
 
-TEST(Runs, MakeOfTheirSourcesWhatTheRulesSay) {
+TEST(Runs, FollowTheRulesForRandomTrees) {
   for_trees([](const Tree& tree, Dice& dice) {
     expect_no_faults(tree);
-    // Another run between two over a tree must leave no trace.
+    // A run over another tree must not change the next run.
     Tree other = tree;
     other.style = random_tree(dice).style;
     dice.shuffle(other.list);
@@ -71,7 +71,7 @@ TEST(Runs, MakeOfTheirSourcesWhatTheRulesSay) {
   });
 }
 
-TEST(Runs, AreTheSameInEveryLocale) {
+TEST(Runs, DoNotDependOnTheLocale) {
   alone([] {
     for_trees([](const Tree& tree, Dice&) {
       static const char* const latin_1 = latin_1_locale();
@@ -83,8 +83,8 @@ TEST(Runs, AreTheSameInEveryLocale) {
   });
 }
 
-// Enters folders until the path of the working directory is longer than the
-// system can name at once.
+// Enters folders until the path of the working directory is longer than
+// PATH_MAX.
 void go_deep_down() {
   const std::string name(200, 'd');
   for (int i = 0; i < 25; ++i) {
@@ -93,7 +93,7 @@ void go_deep_down() {
   }
 }
 
-TEST(Runs, AreTheSameHoweverDeepTheWorkingDirectory) {
+TEST(Runs, DoNotDependOnTheDepthOfTheWorkingDirectory) {
   for_trees([](const Tree& tree, Dice&) {
     go_deep_down();
     tree.write();
@@ -101,8 +101,8 @@ TEST(Runs, AreTheSameHoweverDeepTheWorkingDirectory) {
   });
 }
 
-// Only the time zone is looked at, for the date.
-TEST(Runs, AreTheSameInEveryEnvironment) {
+// Except on the time zone, which the date needs.
+TEST(Runs, DoNotDependOnTheEnvironment) {
   alone([] {
     for_trees([](const Tree& tree, Dice& dice) {
       for (const char* name :

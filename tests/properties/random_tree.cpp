@@ -8,7 +8,7 @@
 namespace {
 
 const std::vector<std::string> paths = {
-    // Hashes that collide, next to each other, too.
+    // Equal and adjacent hashes.
     "ab.f90",
     "ba.f90",
     "d/ab.f90",
@@ -16,10 +16,10 @@ const std::vector<std::string> paths = {
     "ac.f90",
     "bb.f90",
     "aa.f90",
-    // Pages of one name, a884636.html, by different stems and numbers.
+    // Different stems and numbers that share the page a884636.html.
     "xxxxxxxxxxxxxxxxW/a88.f90",
     "cd/a.f90",
-    // One file name, and one file, by several paths.
+    // Several paths of one file, and of files with one name.
     "a.f90",
     "./a.f90",
     "d/a.f90",
@@ -33,7 +33,7 @@ const std::vector<std::string> paths = {
     "d.d/plain",
     "end.",
     "..x",
-    // Characters that mean something elsewhere.
+    // Characters with a special meaning elsewhere.
     "50%d%s%n.f90",
     "me@home.f90",
     "r&d.f90",
@@ -48,7 +48,7 @@ const std::vector<std::string> paths = {
     "?x=1.f90",
 };
 
-// Few, so that they meet; letters of both cases, all kinds of words.
+// Few names, so that many are equal.
 const std::vector<std::string> names = {
     "solve",   "Solve",  "SOLVE",     "point",      "a.b",       ".cross.",
     ".CROSS.", "PUBLIC", "type",      "Type",       "interface", "if",
@@ -93,7 +93,7 @@ std::string long_name(Dice& dice) {
   static const std::vector<std::size_t> lengths = {254, 255, 256, 257, 300};
   const char c = dice.percent(50) ? 'n' : 'N';
   std::string name(dice.one_of(lengths), c);
-  // Two names that differ but in the order of two characters 64 apart.
+  // Two names that differ only in the order of two characters 64 apart.
   if (dice.percent(50)) {
     name.resize(65);
     name[dice.percent(50) ? 0 : 64] = '_';
@@ -148,8 +148,8 @@ std::string opening(Dice& dice) {
   return line + (dice.percent(30) ? "(a, b)" : "");
 }
 
-// Takes a line to a length at which buffers end, by blanks or by one word, in
-// front or behind.
+// Extends a line to the length of a buffer, by blanks or by one word, at its
+// beginning or at its end.
 std::string stretched(Dice& dice, std::string line) {
   const std::size_t length = dice.one_of(odd_lengths);
   if (line.size() >= length) return line;
@@ -215,14 +215,12 @@ Tree random_tree(Dice& dice) {
   for (const std::string& path : tree.list)
     if (path != "missing.f90") tree.sources[path] = random_text(dice);
   if (tree.sources.count("directory/") > 0) tree.sources["directory/"] = "";
-  // One file by several paths has one text.
-  for (const auto& [other, one] :
-       {std::pair{"./a.f90", "a.f90"}, std::pair{"d/../a.f90", "a.f90"},
-        std::pair{"d//a.f90", "d/a.f90"}})
+  // Several paths of one file have one text.
+  const std::pair<const char*, const char*> same_files[] = {
+      {"./a.f90", "a.f90"}, {"d/../a.f90", "a.f90"}, {"d//a.f90", "d/a.f90"}};
+  for (const auto& [other, one] : same_files)
     if (tree.sources.count(other) > 0) tree.sources[one] = tree.sources[other];
-  for (const auto& [other, one] :
-       {std::pair{"./a.f90", "a.f90"}, std::pair{"d/../a.f90", "a.f90"},
-        std::pair{"d//a.f90", "d/a.f90"}})
+  for (const auto& [other, one] : same_files)
     if (tree.sources.count(other) > 0) tree.sources[other] = tree.sources[one];
 
   if (dice.percent(50)) tree.style |= HIDE_STRINGS_AND_COMMENTS;

@@ -1,4 +1,4 @@
-// Trees made at random out of what has ever been a special case.
+// Random trees with many special cases.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 
 #include "tests/properties/tree.h"
 
-/// Chance that is the same on every machine.
+/// Random numbers that are the same on every machine.
 class Dice {
  public:
   explicit Dice(std::uint64_t seed) : engine(seed) {}
@@ -33,6 +33,6 @@ class Dice {
   std::mt19937_64 engine;
 };
 
-/// A tree of one to eight files. A path may stand in its list twice, and name
-/// a file that is not there or a directory.
+/// A tree of one to eight files. Its list may contain a path twice, a missing
+/// file and a directory.
 Tree random_tree(Dice& dice);

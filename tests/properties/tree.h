@@ -1,4 +1,4 @@
-// A source tree and what a run makes of it.
+// A source tree and the results of a run over it.
 
 #pragma once
 
@@ -12,7 +12,7 @@
 
 #include "analysis/dec_type.h"
 
-/// What a run is given.
+/// The input of a run.
 struct Tree {
   std::map<std::string, std::string> sources;  ///< contents by path
   std::vector<std::string> list;               ///< paths, in list order
@@ -41,7 +41,7 @@ struct Unit {
 /// Contents by file name.
 using Pages = std::map<std::string, std::string>;
 
-/// What a run left.
+/// The results of a run.
 struct FinishedRun {
   const Tree* tree;
   std::vector<Unit> units;              ///< in the registry's order
@@ -49,17 +49,17 @@ struct FinishedRun {
   Pages pages;
 };
 
-/// Runs the engine over a tree that stands in the working directory; the pages
-/// go into html_dir, which is emptied first.
+/// Runs the engine over a tree in the working directory. The pages go into
+/// html_dir, which is emptied first.
 FinishedRun run_over(const Tree& tree);
 
-/// The pieces in which a file's text is read: each as long as a buffer of that
-/// size allows unless a line end ends it before, and cut at its first NUL.
+/// The pieces that fgets() reads into a buffer of that size, cut at their first
+/// NUL.
 struct Piece {
   std::string text;
-  bool met_end = false;  ///< the end of the file ended it, nothing else
+  bool met_end = false;  ///< cut short by the end of the file
 };
 std::vector<Piece> pieces_of(const std::string& text, std::size_t size);
 
-/// A line with its strings and comments blanked, as free form has it.
+/// A line in free form with its strings and comments blanked.
 std::string blanked(std::string line);
