@@ -441,22 +441,22 @@ TEST_F(PrintLinks, ShowsNoUnitsOrCallersOfEarlierRuns) {
   }
 }
 
-TEST(PrintSyntax, WritesTheTextInTheChosenStyle) {
+TEST(PrintSyntax, WritesTheTextUnchangedInTheChosenStyle) {
   const SettingsGuard settings;
   const struct {
     std::uint32_t style;
     const char* shown;
   } cases[] = {
-      {0, "Then"},
-      {BOLD_KEYWORDS, "<b>Then</b>"},
-      {ITALIC_KEYWORDS, "<i>Then</i>"},
-      {BOLD_KEYWORDS | ITALIC_KEYWORDS, "<b><i>Then</i></b>"},
-      {BOLD_KEYWORDS | LEVEL_NONE | WRITE_INDEX, "<b>Then</b>"},
+      {0, "<%s&"},
+      {BOLD_KEYWORDS, "<b><%s&</b>"},
+      {ITALIC_KEYWORDS, "<i><%s&</i>"},
+      {BOLD_KEYWORDS | ITALIC_KEYWORDS, "<b><i><%s&</i></b>"},
+      {BOLD_KEYWORDS | LEVEL_NONE | WRITE_INDEX, "<b><%s&</b>"},
   };
   for (const auto& c : cases) {
     html_style = c.style;
     EXPECT_EQ(c.shown, written([](std::FILE* html) {
-                print_syntax("if (x) Then & <y>\n", 7, 11, html);
+                print_syntax("if (x) <%s& y\n", 7, 11, html);
               }))
         << c.style;
   }
