@@ -1,4 +1,4 @@
-// Runs of the engine that something befalls.
+// Runs of the engine during which something goes wrong.
 
 #pragma once
 
@@ -24,7 +24,7 @@ inline const std::string page_b = "b1756053.html";
 class EngineRun : public PageTest {
  protected:
   EngineRun() {
-    // Made anew, for it is to be that user's own.
+    // It must belong to that user.
     std::filesystem::remove("HTML");
     std::filesystem::create_directory("HTML");
     after_report(0, nullptr);
@@ -37,7 +37,7 @@ class EngineRun : public PageTest {
   }
   void run() { run(both); }
 
-  /// A run that ends as if nothing had befallen it.
+  /// Runs, and expects the reports of an undisturbed run.
   void expect_whole_run() {
     run();
     EXPECT_EQ(
@@ -46,10 +46,10 @@ class EngineRun : public PageTest {
         messages());
   }
 
-  /// Has something happen once, right after the report number `step` of the
-  /// next run, counted from 1: over two files, 1 and 2 end the declaration
-  /// pass of a file, 3 and 4 the call pass, 5 and 6 the page pass; 7 is before
-  /// the index and 8 after it. Every run has a known time stamp.
+  /// Calls `fault` right after report number `step` of the next run, counted
+  /// from 1. Reports 1 and 2 end the declaration pass of a file, 3 and 4 the
+  /// call pass, 5 and 6 the page pass; 7 precedes the index and 8 follows it.
+  /// Every run has a known time stamp.
   static void after_report(std::size_t step,
                            const std::function<void()>& fault) {
     progress_hook = [step, fault](const ProgressReport&) {
@@ -66,7 +66,7 @@ class EngineRun : public PageTest {
     return texts;
   }
 
-  /// Expects the page of a source whose lines make up `content`.
+  /// Expects the page of a source with this content.
   static void expect_page(const std::string& file, const std::string& title,
                           const std::string& content) {
     EXPECT_EQ(source_page(title, content, 1235911445), content_of(file));
@@ -82,8 +82,7 @@ class EngineRun : public PageTest {
   FileList both = FileList({"a.f90", "b.f90"});
 };
 
-/// Takes all rights to a file or directory away, and gives them back when
-/// destroyed.
+/// Removes all rights to a file or directory, and restores them when destroyed.
 class Locked {
  public:
   explicit Locked(std::string locked_path) : path(std::move(locked_path)) {

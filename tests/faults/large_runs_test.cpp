@@ -1,6 +1,5 @@
-// Runs far larger than usual: they end, and their memory has a bound. Those
-// that put hundreds of megabytes on the disk run only when the variable
-// ZELKOR_LARGE_TESTS asks for them.
+// Very large runs and the memory that they need. Those that need hundreds of
+// megabytes of disk are skipped unless ZELKOR_LARGE_TESTS is set.
 
 #include <gtest/gtest.h>
 
@@ -23,22 +22,21 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The sanitizers' own records would be counted as memory of the run.
+// The memory of AddressSanitizer would count, too.
 #if defined(__SANITIZE_ADDRESS__)
-const bool memory_is_the_runs = false;
+const bool memory_can_be_measured = false;
 #else
-const bool memory_is_the_runs = true;
+const bool memory_can_be_measured = true;
 #endif
 
-// The most memory that this process has taken so far, in megabytes.
+// The largest amount of memory that this process has used, in megabytes.
 double peak_memory() {
   return static_cast<double>(process_counter("status", "VmHWM")) / 1024;
 }
 
 class LargeRun : public EngineRun {
  protected:
-  // Writes a.f90 with a beginning and then a line as often as it goes into so
-  // many bytes.
+  // Writes a.f90: a beginning and then `size` bytes of repeated lines.
   static void write_long_file(const std::string& beginning,
                               const std::string& line, std::size_t size) {
     std::string block = line;
@@ -51,7 +49,8 @@ class LargeRun : public EngineRun {
       left -= count;
     }
   }
-  void run_alone() {
+
+  void run_over_a() {
     FileList files({"a.f90"});
     run(files);
     EXPECT_EQ("Done!", messages().back());
@@ -59,12 +58,12 @@ class LargeRun : public EngineRun {
   }
 };
 
-TEST_F(LargeRun, FiveThousandFilesHaveFiveThousandPages) {
+TEST_F(LargeRun, WritesAPageForEachOfFiveThousandFiles) {
   const int count = 5000;
   write_file("b.f90", "subroutine s\nend\n");
   write_file("s1.f90", "call s\n");
   std::vector<std::string> paths = {"b.f90", "s1.f90"};
-  // Links to one file are made far quicker than as many files.
+  // Links are created much faster than files.
   for (int i = 2; i < count; ++i) {
     paths.push_back("s" + std::to_string(i) + ".f90");
     fs::create_hard_link("s1.f90", paths.back());
@@ -81,18 +80,18 @@ TEST_F(LargeRun, FiveThousandFilesHaveFiveThousandPages) {
     EXPECT_NE(std::string::npos, callers.find(">" + path + "&nbsp;:&nbsp;1<"));
 }
 
-// Holes of a file take no room on disk and are read as NUL bytes.
-TEST_F(LargeRun, AFileOf200MegabytesOfNulBytesHasAPageWithoutText) {
+// A hole in a file needs no space on disk and is read as NUL bytes.
+TEST_F(LargeRun, WritesAPageWithoutTextFor200MegabytesOfNulBytes) {
   std::ofstream("a.f90").put('\0');
   fs::resize_file("a.f90", 200000000);
-  run_alone();
+  run_over_a();
   EXPECT_GT(1000000u, fs::file_size("HTML/" + page_a));
 }
 
-// Were each line joined to a copy of those before it, the copies would take 500
-// megabytes.
-TEST_F(LargeRun, AStatementOfAThousandLinesIsJoinedInTheMemoryOfItsText) {
-  if (!memory_is_the_runs) GTEST_SKIP() << "memory cannot be told here";
+// If each line were joined to a copy of those before it, the copies would need
+// 500 megabytes.
+TEST_F(LargeRun, JoinsAThousandLinesInLessThan50Megabytes) {
+  if (!memory_can_be_measured) GTEST_SKIP() << "memory cannot be measured here";
   alone([] {
     const std::string part(1000, 'x');
     write_long_file("", part + "&\n", 1002000);
@@ -111,41 +110,40 @@ class HugeRun : public LargeRun {
  protected:
   void SetUp() override {
     if (getenv("ZELKOR_LARGE_TESTS") == nullptr)
-      GTEST_SKIP() << "takes hundreds of megabytes; asked for by setting "
-                      "ZELKOR_LARGE_TESTS";
-    if (!memory_is_the_runs) GTEST_SKIP() << "memory cannot be told here";
+      GTEST_SKIP() << "needs hundreds of megabytes; set ZELKOR_LARGE_TESTS";
+    if (!memory_can_be_measured)
+      GTEST_SKIP() << "memory cannot be measured here";
   }
 
-  // Runs over a long file in less than 400 MB of memory; its page has more
-  // bytes than `least`.
+  // Runs over a long file in less than 400 MB of memory. Its page has more than
+  // `least` bytes.
   void run_within_400_megabytes(const std::string& beginning,
                                 const std::string& line, std::size_t size,
                                 std::size_t least) {
     alone([&] {
       write_long_file(beginning, line, size);
       const double before = peak_memory();
-      run_alone();
+      run_over_a();
       EXPECT_LT(least, fs::file_size("HTML/" + page_a));
       EXPECT_GT(400, peak_memory() - before);
     });
   }
 };
 
-// The declaration pass holds a file as lines, which take some room each beside
-// their text; the other passes hold a line at a time.
-TEST_F(HugeRun, AFileOf200MegabytesTakesLessThanTwiceItsSize) {
+// The declaration pass keeps all lines of a file in memory.
+TEST_F(HugeRun, ReadsAFileOf200MegabytesInLessThanTwiceItsSize) {
   run_within_400_megabytes("subroutine solve\n",
                            "      x(i, j) = a(i) * b(j) + c ! sums\n",
                            200000000, 200000000);
 }
 
-// Nothing but line ends: an address and two bytes for each byte of the file,
-// and the addresses once more, by half, while their list grows.
-TEST_F(HugeRun, AFileOf20MillionEmptyLinesTakesLessThan20TimesItsSize) {
+// Each line needs a pointer and two bytes, and half a pointer more while the
+// list of pointers grows.
+TEST_F(HugeRun, Reads20MillionEmptyLinesInLessThan20TimesTheirSize) {
   run_within_400_megabytes("", "\n", 20000000, 20000000);
 }
 
-TEST_F(HugeRun, ALineOf200MegabytesTakesLessThanTwiceItsSize) {
+TEST_F(HugeRun, ReadsALineOf200MegabytesInLessThanTwiceItsSize) {
   run_within_400_megabytes("", "x = 1; ", 200000000, 200000000 - 4096);
 }
 

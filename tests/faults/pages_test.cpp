@@ -1,5 +1,5 @@
-// Output directories and pages that take no text. A page that cannot be created
-// stops the process; what cannot be written to one that could is not noticed.
+// Pages that cannot be created, which abort the process, and pages that cannot
+// be written, which are ignored.
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ class Pages : public EngineRun {
 
 using PagesDeathTest = Pages;
 
-TEST_F(PagesDeathTest, APageThatCannotBeCreatedIsNotReported) {
+TEST_F(PagesDeathTest, AreNotReportedWhenTheyCannotBeCreated) {
   verbose = 1;
   fs::create_directory("HTML/" + page_b);
   EXPECT_EQ(
@@ -40,7 +40,7 @@ TEST_F(PagesDeathTest, APageThatCannotBeCreatedIsNotReported) {
   expect_page_a("x\n");
 }
 
-TEST_F(Pages, OutputDirectoriesOf255And1024And4000BytesTakeThePages) {
+TEST_F(Pages, AreWrittenToOutputDirectoriesWithLongPaths) {
   for (const std::size_t length : {255u, 1024u, 4000u}) {
     fs::remove_all("HTML");
     fs::create_directory("HTML");
@@ -51,14 +51,14 @@ TEST_F(Pages, OutputDirectoriesOf255And1024And4000BytesTakeThePages) {
   }
 }
 
-TEST_F(Pages, ADirectoryRemovedAfterTheLastPageLosesTheIndexAlone) {
+TEST_F(Pages, RemainWhenTheDirectoryIsMovedBeforeTheIndexIsWritten) {
   after_report(7, [] { fs::rename("HTML", "moved"); });
   expect_whole_run();
   expect_page("moved/" + page_b, "b.f90", "y\n");
   EXPECT_FALSE(fs::exists("moved/index.html"));
 }
 
-TEST_F(Pages, AFullDeviceAsPageTakesNothingAndTheRunGoesOn) {
+TEST_F(Pages, OnAFullDeviceDoNotStopTheRun) {
   fs::create_symlink("/dev/full", "HTML/" + page_a);
   fs::create_symlink("/dev/full", "HTML/index.html");
   verbose = 1;
@@ -74,8 +74,8 @@ TEST_F(Pages, AFullDeviceAsPageTakesNothingAndTheRunGoesOn) {
   expect_page_b("y\n");
 }
 
-// A small file system at HTML while it lives, seen by this process alone. Only
-// the system's administrator may mount one.
+// A small file system at HTML that only this process sees. Only root may mount
+// it.
 class SmallDisk {
  public:
   SmallDisk() {
@@ -95,7 +95,7 @@ class SmallDisk {
   bool mounted = false;
 };
 
-TEST_F(Pages, AFullDiskCutsPagesAndTheRunGoesOn) {
+TEST_F(Pages, AreCutByAFullDiskAndTheRunContinues) {
   const SmallDisk disk;
   if (!disk.mounted) GTEST_SKIP() << "mounting is not allowed here";
   std::string long_text;
@@ -111,7 +111,7 @@ TEST_F(Pages, AFullDiskCutsPagesAndTheRunGoesOn) {
   EXPECT_EQ("", content_of("HTML/" + page_b));
   EXPECT_EQ("", content_of("HTML/index.html"));
 
-  // With room made, the next run writes all.
+  // The next run needs less space.
   write_file("a.f90", "x\n");
   run();
   expect_page_a("x\n");

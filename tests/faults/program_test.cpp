@@ -1,5 +1,5 @@
-// The program in surroundings that fail it: standard streams that take nothing,
-// a display that goes away, a window that is closed while a run goes on.
+// The program when its environment fails: standard streams that cannot be
+// written, a display that goes away, a window that is closed during a run.
 
 #include "tests/support/program.h"
 
@@ -31,8 +31,8 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-// A source that holds a run up until it is served. It is a named pipe: whoever
-// opens it for reading waits for a writer.
+// A source that blocks a run until it is served. It is a named pipe: opening it
+// for reading waits for a writer.
 class HeldSource {
  public:
   explicit HeldSource(std::string pipe_path) : path(std::move(pipe_path)) {
@@ -72,8 +72,7 @@ class ProgramRun : public testing::Test {
   }
   ~ProgramRun() override { program.reset(); }
 
-  // Starts the program with some of its standard streams led elsewhere, in the
-  // manner of the shell.
+  // Starts the program with its standard streams redirected as in the shell.
   void launch(const Words& arguments, const std::string& streams = "") {
     Words words = {"sh", "-c", "exec \"$0\" \"$@\" " + streams, ZELKOR_PROGRAM};
     words.insert(words.end(), arguments.begin(), arguments.end());
@@ -81,20 +80,20 @@ class ProgramRun : public testing::Test {
                                         folder.path() / "errors");
   }
 
-  // The same, and waits for its window.
+  // Launches the program and waits for its window.
   void start(const Words& arguments, const std::string& streams = "") {
     window->pass_over_present();
     launch(arguments, streams);
     ASSERT_TRUE(window->wait_for(*program)) << errors();
   }
 
-  // Names the output directory and begins a run.
+  // Enters the output directory and starts a run.
   void press_generate() {
     window->name_output_directory("pages");
     window->press_generate();
   }
 
-  // The exit status of the program, which is to end by itself.
+  // Waits until the program ends by itself. Returns its exit status.
   int end() {
     if (!wait_until([this] { return !program->running(); })) {
       ADD_FAILURE() << "the program does not end";
@@ -125,10 +124,9 @@ class ProgramRun : public testing::Test {
   std::unique_ptr<Program> program;
 };
 
-// The pages hold the sources and no reports, and the window lives on.
-TEST_F(ProgramRun, ReportsThatNobodyTakesDoNotHinderIt) {
+TEST_F(ProgramRun, WritesWholePagesWhenItsReportsCannotBeWritten) {
   const char* streams[] = {">/dev/full", ">&-", "<&- >&- 2>&-",
-                           // A pipe whose only reader is gone.
+                           // A pipe without a reader.
                            "3<>gone >gone 3>&-"};
   ASSERT_EQ(0, mkfifo("gone", 0600));
   for (const std::string led : streams) {
@@ -148,7 +146,7 @@ TEST_F(ProgramRun, ReportsThatNobodyTakesDoNotHinderIt) {
   }
 }
 
-TEST_F(ProgramRun, AMissingDisplayEndsTheProgramWithAWord) {
+TEST_F(ProgramRun, EndsWithAMessageWithoutADisplay) {
   window.reset();
   display.reset();
   unsetenv("DISPLAY");
@@ -159,7 +157,7 @@ TEST_F(ProgramRun, AMissingDisplayEndsTheProgramWithAWord) {
   EXPECT_EQ(0u, errors().find("Can't open display: ")) << errors();
 }
 
-TEST_F(ProgramRun, ADisplayThatGoesAwayEndsTheProgramWithAWord) {
+TEST_F(ProgramRun, EndsWithAMessageWhenTheDisplayGoesAway) {
   start({});
   window->disconnect();
   display.reset();
@@ -169,8 +167,8 @@ TEST_F(ProgramRun, ADisplayThatGoesAwayEndsTheProgramWithAWord) {
 
 class HeldRun : public ProgramRun {
  protected:
-  // Starts a run over a.f90, the held b.f90 and c.f90, and goes on with it
-  // until the page of b.f90 is to be written.
+  // Starts a run over a.f90, b.f90 and c.f90, and lets it continue until it
+  // opens b.f90 for its page.
   void run_up_to_page_b() {
     write_file("a.f90", "x = 1\n");
     write_file("c.f90", "z = 1\n");
@@ -178,7 +176,7 @@ class HeldRun : public ProgramRun {
     press_generate();
     ASSERT_TRUE(source.reached());
     source.serve("y = 1\n");
-    // The pass before is over when the next one is at the first file.
+    // The next pass has started, so b.f90 is not open any more.
     ASSERT_TRUE(reported("Generating XREF for ./a.f90...OK\n"));
     ASSERT_TRUE(source.reached());
     source.serve("y = 1\n");
@@ -211,7 +209,7 @@ class HeldRun : public ProgramRun {
   HeldSource source{"b.f90"};
 };
 
-TEST_F(HeldRun, ADisplayThatGoesAwayLeavesWholePages) {
+TEST_F(HeldRun, LeavesWholePagesWhenTheDisplayGoesAway) {
   run_up_to_page_b();
   window->disconnect();
   display.reset();
@@ -224,19 +222,19 @@ TEST_F(HeldRun, ADisplayThatGoesAwayLeavesWholePages) {
   EXPECT_EQ("x = 1\n", content_of("a.f90"));
 }
 
-TEST_F(HeldRun, AWindowThatIsClosedLetsTheRunEnd) {
+TEST_F(HeldRun, IsCompletedAfterTheWindowIsClosed) {
   run_up_to_page_b();
   window->close();
   expect_the_run_to_end();
 }
 
-TEST_F(HeldRun, EscapeLetsTheRunEnd) {
+TEST_F(HeldRun, IsCompletedAfterEscapeIsPressed) {
   run_up_to_page_b();
   window->press_key("Escape");
   expect_the_run_to_end();
 }
 
-TEST_F(HeldRun, FurtherPressesOnGenerateAreIgnored) {
+TEST_F(HeldRun, IgnoresFurtherPressesOfGenerate) {
   run_up_to_page_b();
   for (int press = 0; press < 3; ++press) window->press_generate();
   source.serve("y = 1\n");
@@ -244,7 +242,7 @@ TEST_F(HeldRun, FurtherPressesOnGenerateAreIgnored) {
   EXPECT_EQ(reports_of_whole_run(), output());
 }
 
-TEST_F(HeldRun, AnOutputDirectoryThatIsRemovedStopsTheProgram) {
+TEST_F(HeldRun, AbortsWhenTheOutputDirectoryIsMoved) {
   run_up_to_page_b();
   fs::rename("pages", "moved");
   source.serve("y = 1\n");
@@ -257,7 +255,7 @@ TEST_F(HeldRun, AnOutputDirectoryThatIsRemovedStopsTheProgram) {
     EXPECT_TRUE(is_whole_page(page.path()));
 }
 
-TEST_F(ProgramRun, ACircleOfLinksIsFollowedAsFarAsTheSystemAllows) {
+TEST_F(ProgramRun, FollowsACircleOfLinksAsFarAsTheSystemAllows) {
   write_file("sub/a.f90", "x = 1\n");
   fs::create_directory_symlink("..", "sub/up");
   start({"-r", "-e", "f90", "-v", "1"});
@@ -273,11 +271,11 @@ TEST_F(ProgramRun, ACircleOfLinksIsFollowedAsFarAsTheSystemAllows) {
   EXPECT_EQ(42, page_count());
 }
 
-TEST_F(ProgramRun, OpensInADirectoryOfAnyLength) {
+TEST_F(ProgramRun, WorksInADirectoryWithALongPath) {
   const std::string program_folder = folder.path();
   for (const std::size_t length : {255u, 1024u, 4090u}) {
     SCOPED_TRACE(length);
-    // Longer paths than the system takes are entered step by step.
+    // Each step uses a relative path, as the whole path may be too long.
     std::string path = program_folder;
     while (path.size() < length) {
       const std::string name(
@@ -297,12 +295,11 @@ TEST_F(ProgramRun, OpensInADirectoryOfAnyLength) {
   }
 }
 
-TEST_F(ProgramRun, TwentyThousandFilesAreSelectedAndGenerated) {
+TEST_F(ProgramRun, WritesPagesForTwentyThousandFiles) {
   if (getenv("ZELKOR_LARGE_TESTS") == nullptr)
-    GTEST_SKIP() << "takes many seconds; asked for by setting "
-                    "ZELKOR_LARGE_TESTS";
+    GTEST_SKIP() << "takes many seconds; set ZELKOR_LARGE_TESTS";
   const int count = 20000;
-  // Links to one file are made far quicker than as many files.
+  // Links are created much faster than files.
   write_file("s0.f90", "x = 1\n");
   for (int i = 1; i < count; ++i)
     fs::create_hard_link("s0.f90", "s" + std::to_string(i) + ".f90");

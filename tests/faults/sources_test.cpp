@@ -1,6 +1,5 @@
-// Sources that cannot be read, and sources that change while a run reads them.
-// Each pass opens them anew, skips what it cannot open without a word, and the
-// run goes on.
+// Sources that cannot be read or that change during a run. Each pass opens them
+// again and silently skips those that it cannot open.
 
 #include <gtest/gtest.h>
 
@@ -35,7 +34,7 @@ class Sources : public EngineRun {
   }
 };
 
-TEST_F(Sources, OneWithoutTheRightToReadItIsSkippedByEveryPass) {
+TEST_F(Sources, AreSkippedByEveryPassWhenTheyCannotBeRead) {
   const Locked lock("b.f90");
   verbose = 1;
   EXPECT_EQ(
@@ -49,8 +48,8 @@ TEST_F(Sources, OneWithoutTheRightToReadItIsSkippedByEveryPass) {
   EXPECT_EQ(std::string::npos, index().find("solve"));
 }
 
-// Links to it stay: they were earned when it could be read.
-TEST_F(Sources, OneRemovedAfterItsDeclarationsWereReadHasNoPage) {
+// Links to it remain.
+TEST_F(Sources, HaveNoPageWhenRemovedAfterTheDeclarationPass) {
   after_report(2, [] { fs::remove("b.f90"); });
   verbose = 1;
   EXPECT_EQ(
@@ -66,14 +65,14 @@ TEST_F(Sources, OneRemovedAfterItsDeclarationsWereReadHasNoPage) {
   EXPECT_NE(std::string::npos, index().find("\n<LI> " + solve_link));
 }
 
-TEST_F(Sources, OneRemovedAfterItsReferencesWereReadStaysACaller) {
+TEST_F(Sources, RemainCallersWhenRemovedAfterTheCallPass) {
   after_report(4, [] { fs::remove("a.f90"); });
   expect_whole_run();
   EXPECT_FALSE(fs::exists("HTML/" + page_a));
   expect_page_b(content_b("\nx = 1\nend\n"));
 }
 
-TEST_F(Sources, OneCutBetweenPassesIsShownAsFarAsItGoes) {
+TEST_F(Sources, AreShownUpToTheirEndWhenCutBetweenPasses) {
   const std::string text = content_of("b.f90");
   const std::size_t first_line = 17;
   for (const std::size_t step : {2u, 4u}) {
@@ -93,14 +92,14 @@ TEST_F(Sources, OneCutBetweenPassesIsShownAsFarAsItGoes) {
   }
 }
 
-// The unit is known by its line: on another one its name is a reference.
-TEST_F(Sources, OneThatGrowsAtItsBeginningLinksToAnAnchorThatIsGone) {
+// On another line than before, the name of a unit is a reference.
+TEST_F(Sources, LinkToAMissingAnchorWhenAUnitMovesBetweenPasses) {
   after_report(4, [] { write_file("b.f90", "\nsubroutine solve\nend\n"); });
   run();
   expect_page_b("\nsubroutine <a NAME=\"line2\"></a>" + solve_link + "\nend\n");
 }
 
-TEST_F(Sources, PathsOf255And1024And4095BytesAreRead) {
+TEST_F(Sources, AreReadThroughLongPaths) {
   for (const std::size_t length : {255u, 1024u, 4095u}) {
     const std::string path = "d" + std::string(length - 6, '/') + "s.f90";
     write_file(path, "subroutine solve\nend subroutine solve\n");
