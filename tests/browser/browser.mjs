@@ -1,4 +1,4 @@
-// The browser, and pages in it that are watched.
+// Starts the browser and opens pages in it.
 
 import { createRequire } from 'node:module';
 import { join } from 'node:path';
@@ -14,8 +14,8 @@ export const launch = () => chromium.launch({
 
 /** Opens an empty page.
  *
- *  Returns it with what was noticed meanwhile: `strangers` are requests for
- *  anything but files, `messages` what reached the console. */
+ *  Returns it with two lists: `strangers`, the requests for anything but files,
+ *  and `messages`, the output to the console. */
 export async function openPage(browser, { scripts }) {
   const context = await browser.newContext({ javaScriptEnabled: scripts,
     viewport: { width: 1280, height: 720 } });

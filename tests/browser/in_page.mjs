@@ -1,10 +1,9 @@
-// Functions that are handed to the browser. It runs them on behalf of its
-// debugger, even where the scripts of a page are switched off. None of them may
-// use anything from outside itself.
+// Functions that run in the browser, through its debugger and therefore even if
+// the scripts of a page are disabled. They cannot use anything defined outside
+// themselves.
 
-/** The links of a page to anchors that can be clicked, each {href, popup, k}: link number
- *  k of the pop-up of this number, or of the page outside of pop-ups, whose
- *  number is -1. */
+/** The links of a page to anchors that can be clicked, each {href, popup, k}:
+ *  link number k of that pop-up, or outside of pop-ups if the number is -1. */
 export function links() {
   const within = (from, popup) => from.map((a, k) =>
     ({ href: a.href, popup, k, text: a.textContent }));
@@ -16,8 +15,8 @@ export function links() {
     .flat().filter(({ text }) => text);
 }
 
-/** Scrolls the pop-up of this number as far up as the page allows and returns
- *  the middle of its mark: the dagger, or the word itself. */
+/** Scrolls a pop-up as far up as the page allows. Returns the middle of its
+ *  mark: the dagger, or the word itself. */
 export function bringUp(number) {
   const popup = document.querySelectorAll('.popup, .multiref')[number];
   popup.scrollIntoView({ block: 'start' });
@@ -27,14 +26,13 @@ export function bringUp(number) {
   return { x: box.x + box.width / 2, y: box.y + box.height / 2 };
 }
 
-/** The numbers of the panes that are not wholly to the left of the window. */
+/** The numbers of the panes that are not hidden to the left of the window. */
 export function shownPanes() {
   return [...document.querySelectorAll('table.pane')].flatMap((pane, number) =>
     pane.getBoundingClientRect().right > 0 ? number : []);
 }
 
-/** The look of the open pane of this number: its place and that of its links,
- *  column by column. */
+/** The look of an open pane: its position and that of its links, by columns. */
 export function openPane(number) {
   const box = (node) => {
     const { left, top, right, bottom } = node.getBoundingClientRect();
@@ -50,9 +48,9 @@ export function openPane(number) {
       height: document.documentElement.clientHeight } };
 }
 
-/** The first height at which the mouse, on its way straight down from one point
- *  to another, is on no pop-up; null: none. The marks of later menus shine
- *  through a menu's pane. */
+/** The first height at which the mouse is on no pop-up while it moves straight
+ *  down from one point to another; null if there is none. The marks of later
+ *  menus shine through the pane of a menu. */
 export function gapOnWay([from, to]) {
   for (let y = from.y; y <= to.y; ++y)
     if (!document.elementFromPoint(from.x, y).closest('.popup, .multiref'))
@@ -60,7 +58,7 @@ export function gapOnWay([from, to]) {
   return null;
 }
 
-/** A point of a box at which the pane of this number is seen; null: none. */
+/** A point of a box at which a pane is visible; null if there is none. */
 export function pointOn([number, { left, top, right, bottom }]) {
   const pane = document.querySelectorAll('table.pane')[number];
   const y = (top + bottom) / 2;
@@ -69,8 +67,7 @@ export function pointOn([number, { left, top, right, bottom }]) {
   return null;
 }
 
-/** A point of a link outside of panes, counted from 0 in its page, once it is
- *  scrolled to. */
+/** Scrolls to a link outside of panes, counted from 0. Returns its middle. */
 export function pointOnLink(number) {
   const link = [...document.querySelectorAll('a[href*="#"]')]
     .filter((a) => !a.closest('table.pane'))[number];
@@ -79,7 +76,7 @@ export function pointOnLink(number) {
   return { x: (left + right) / 2, y: (top + bottom) / 2 };
 }
 
-/** Where the page stands with regard to an anchor: null if there is none. */
+/** The position of an anchor in the window; null if there is no such anchor. */
 export function landing(name) {
   const anchor = document.getElementsByName(name)[0];
   if (!anchor) return null;

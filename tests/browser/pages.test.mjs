@@ -22,7 +22,7 @@ after(async () => {
   rmSync(scratch, { recursive: true });
 });
 
-// Puts the head into the expected pages of a folder; returns their addresses.
+// Inserts the head into the expected pages of a folder; returns their addresses.
 function pagesOf(name) {
   const expected = join(golden, `${name}.d`, 'expected');
   const head = readFileSync(join(golden, 'head.html'), 'latin1');
@@ -36,10 +36,10 @@ function pagesOf(name) {
     });
 }
 
-// Neither a mark nor an open pane reaches the left edge of the window.
+// No mark and no open pane reaches the left edge of the window.
 const moveAway = (page) => page.mouse.move(2, 180);
 
-// Moves the mouse to the mark of a pop-up. Returns where that is, and the pane.
+// Moves the mouse to the mark of a pop-up. Returns its position and the pane.
 async function open(page, number) {
   const mark = await page.evaluate(bringUp, number);
   await page.mouse.move(mark.x, mark.y);
@@ -65,8 +65,8 @@ function assertColumns({ columns }, where) {
     }
 }
 
-// Waits until a click has led to an address: its anchor is at the top of the
-// window, or the end of the page is at the bottom. Returns which.
+// Waits until the browser shows an address. Returns 'top' if its anchor is at
+// the top of the window, and 'bottom' if the end of the page is at the bottom.
 async function landed(page, address) {
   await page.waitForURL(address);
   const name = decodeURIComponent(new URL(address).hash.slice(1));
@@ -81,7 +81,7 @@ async function landed(page, address) {
 }
 
 for (const scripts of [true, false])
-  it(`scripts ${scripts ? 'run' : 'can be kept from running'}`, async () => {
+  it(`scripts ${scripts ? 'run' : 'do not run if disabled'}`, async () => {
     const { page, strangers, messages } = await openPage(browser, { scripts });
     const file = join(scratch, 'scripted.html');
     writeFileSync(file, '<p>plain<script>console.log("message");' +
@@ -103,7 +103,7 @@ for (const name of ['across_files', 'all_kinds', 'caller_columns', 'namesakes'])
         await openPage(browser, { scripts: false }));
     });
 
-    it('shows a pane while the mouse is there', async () => {
+    it('shows a pane while the mouse is on it or on its mark', async () => {
       let popups = 0;
       for (const address of addresses) {
         await moveAway(page);
@@ -136,8 +136,8 @@ for (const name of ['across_files', 'all_kinds', 'caller_columns', 'namesakes'])
       assert.ok(popups > 0);
     });
 
-    it('leads from links to anchors', async () => {
-      // Low, so that there is something to scroll.
+    it('has links that lead to their anchors', async () => {
+      // A low window, so that the page has to be scrolled.
       await page.setViewportSize({ width: 1280, height: 200 });
       for (const address of addresses) {
         await page.goto(address);
@@ -163,7 +163,7 @@ for (const name of ['across_files', 'all_kinds', 'caller_columns', 'namesakes'])
       }
     });
 
-    it('asks for files only and says nothing', async () => {
+    it('requests only files and prints nothing to the console', async () => {
       const scripted = await openPage(browser, { scripts: true });
       for (const address of addresses) await scripted.page.goto(address);
       assert.deepEqual([...strangers, ...scripted.strangers], []);

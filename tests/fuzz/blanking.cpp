@@ -1,5 +1,5 @@
-// Blanking of one line, and the walk over the words of what is left. The first
-// byte chooses the comment rule.
+// Blanks one line and walks over its words. The first byte chooses the comment
+// rule.
 
 #include <algorithm>
 #include <cstring>
@@ -12,17 +12,17 @@
 static void walk_words(const std::string& line) {
   int last = 0;
   for (Word word; find_next(line.c_str(), word); last = word.end) {
-    demand(last <= word.start && word.start < word.end, "words move on");
+    demand(last <= word.start && word.start < word.end, "words are in order");
     for (int i = last; i < word.start; ++i)
-      demand(!isALNUM(line[static_cast<std::size_t>(i)]),
-             "what stands between words is no word");
+      demand(!isALNUM(line[static_cast<std::size_t>(i)]), "no word is skipped");
     for (int i = word.start; i < word.end; ++i)
-      demand(isALNUM(line[static_cast<std::size_t>(i)]), "words hold together");
+      demand(isALNUM(line[static_cast<std::size_t>(i)]),
+             "words consist of word characters");
     const std::string name(word.name);
     demand(hash_of(name) == word.hash, "a word has the hash of its name");
     demand(starts_with_word(line.c_str() + word.start, name.c_str()) ==
                (word.end - word.start < word_size),
-           "a word that is not cut stands where it was found");
+           "a word is found again where it starts, unless it was cut");
     isSyntax(name.c_str());
   }
 }
@@ -36,13 +36,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
 
   std::string blanked = line;
   hide_F90_strings_comments(blanked.data(), fixed_form);
-  demand(std::strlen(blanked.c_str()) == line.size(), "the length stays");
+  demand(std::strlen(blanked.c_str()) == line.size(),
+         "the length does not change");
   demand(std::equal(line.begin(), line.end(), blanked.begin(),
                     [](char a, char b) { return b == a || b == ' '; }),
-         "only blanks are put in");
+         "only blanks are written");
   std::string again = blanked;
   hide_F90_strings_comments(again.data(), fixed_form);
-  demand(again == blanked, "blanking twice is blanking once");
+  demand(again == blanked, "blanking again changes nothing");
   walk_words(line);
   walk_words(blanked);
   for (const Marker* marker = Marker::first; marker; marker = marker->next) {

@@ -1,6 +1,6 @@
-// A source in memory, with its continuations joined, and the declaration pass
-// over it. The first two bytes are settings; the lowest bit of the third
-// chooses the comment rule.
+// Runs the declaration pass over a source, and blanks and joins its lines in
+// memory. The first two bytes are settings; the lowest bit of the third chooses
+// the comment rule.
 
 #include "analysis/declarations.h"
 
@@ -19,7 +19,7 @@ static int count_lines(ramFILE& file) {
   for (; !at_eof(&file, false); ++count) {
     const int length = fgets(line, sizeof line, &file);
     demand(length == static_cast<int>(strnlen(line, sizeof line)),
-           "the length of a line is told");
+           "the length of a line is returned");
   }
   return count;
 }
@@ -50,7 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
   for (const auto& [key, declaration] : Declaration::decs) {
     demand(std::strlen(declaration->name) == key.size(),
            "a key is as long as its name");
-    demand(key.size() < 256, "a name fits");
+    demand(key.size() < 256, "a name has at most 255 characters");
     int self = 0;
     int count = 0;
     isDeclaration(declaration->name, &slot, declaration->line, self, count);

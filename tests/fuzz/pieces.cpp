@@ -1,4 +1,4 @@
-// Reading in pieces, held against fgets(). The first two bytes choose the size
+// Compares reading in pieces with fgets(). The first two bytes choose the size
 // of the pieces.
 
 #include "analysis/pieces.h"
@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
   enter_scratch_folder();
   const std::size_t sizes[] = {1024, 4096, 2u + data[1]};
   const std::size_t piece_size = sizes[data[0] % 3];
-  // Repeating the text takes it over the blocks that are read at once.
+  // The text is repeated to make it longer than a block.
   std::string text;
   for (int i = 0; i <= data[0] / 3 % 8; ++i)
     text += bytes_of(data + 2, size - 2);
@@ -26,11 +26,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
   demand(pieces.is_open(), "the file can be opened");
   std::string_view piece;
   while (std::fgets(buffer.data(), static_cast<int>(piece_size), stream)) {
-    demand(pieces.next(piece), "there are as many pieces");
-    demand(piece == buffer.data(), "the pieces are those of fgets()");
+    demand(pieces.next(piece), "no piece is missing");
+    demand(piece == buffer.data(), "the pieces equal those of fgets()");
     demand(piece.data()[piece.size()] == '\0', "a NUL follows");
     demand(pieces.at_end() == (std::feof(stream) != 0),
-           "the end of the file is met by the same read");
+           "the same read reaches the end of the file");
   }
   demand(!pieces.next(piece), "there are no more pieces");
   std::fclose(stream);

@@ -1,4 +1,4 @@
-// Runs a fuzz target over files and folders of files, once each, without a
+// Runs a fuzz target once over each of some files and folders, without a
 // fuzzer.
 
 #include <cstdio>

@@ -1,6 +1,6 @@
-// A whole run, twice, over up to five files, whose pages have to be what the
-// properties say. The first two bytes are settings; "\x1e" stands between
-// files, and "\x1f" at the end lists the first file a second time.
+// Runs twice over up to five files and compares the pages with the model. The
+// first two bytes are settings. "\x1e" separates files, and "\x1f" at the end
+// lists the first file a second time.
 
 #include <cstdio>
 #include <cstdlib>
@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
     const auto faults = faults_of(run_over(tree));
     for (const std::string& fault : faults)
       std::fprintf(stderr, "%s\n", fault.c_str());
-    demand(faults.empty(), "the pages are what they should be");
+    demand(faults.empty(), "registry and pages equal those of the model");
   }
   return 0;
 }

@@ -20,13 +20,13 @@ class ScratchFolder {
     std::string name =
         (fs::is_directory(memory) ? memory : fs::temp_directory_path()) /
         "zelkor-fuzz-XXXXXX";
-    demand(mkdtemp(name.data()) != nullptr, "a scratch folder can be made");
+    demand(mkdtemp(name.data()) != nullptr, "a scratch folder can be created");
     folder = name;
     fs::current_path(folder);
     fs::create_directory(html_dir);
     demand(std::freopen("/dev/null", "w", stdout) != nullptr,
-           "standard output can be sent away");
-    setenv("TZ", "UTC0", 1);  // as the dates of pages are checked
+           "standard output can be redirected");
+    setenv("TZ", "UTC0", 1);  // for the dates on the pages
   }
   ~ScratchFolder() {
     std::error_code ignored;
@@ -74,8 +74,8 @@ std::string_view take_settings(std::string_view input) {
   return input;
 }
 
-void demand(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "It does not hold that %s.\n", what);
+void demand(bool condition, const char* claim) {
+  if (condition) return;
+  std::fprintf(stderr, "This is not true: %s.\n", claim);
   std::abort();
 }
