@@ -117,13 +117,14 @@ TEST_F(IsDeclaration, DistinguishesNamesWithEqualHashes) {
           {"epply_rk_2", b, 6, nullptr, 0, 0}});
 }
 
-TEST_F(IsDeclaration, ComparesWholeNames) {
+TEST_F(IsDeclaration, ComparesWholeNamesIncludingTheEmptyOne) {
   const std::string known(255, 'n');
   for (const std::string& name :
        {known, known + "a", known + "ab", ""s, "\1"s}) {
     expect({{name, a, 2, nullptr, 0, 0}});
     add(name, a, 1);
-    expect({{name, a, 2, name.c_str(), 0, 1}});
+    expect(
+        {{name, a, 2, name.c_str(), 0, 1}, {name, a, 1, name.c_str(), 1, 1}});
   }
 }
 
