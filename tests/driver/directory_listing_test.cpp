@@ -61,14 +61,6 @@ TEST_F(ListDirectory, NamesThatAreNoUtf8StayAsTheyAreInEveryLocale) {
   });
 }
 
-TEST_F(ListDirectory, TakesThePathWithOrWithoutASlash) {
-  write_file("sub/x", "");
-  const Names names = {".", "..", "x"};
-  EXPECT_EQ(names, list_directory("sub"));
-  EXPECT_EQ(names, list_directory("./sub/"));
-  EXPECT_EQ(names, list_directory((folder.path() / "sub").c_str()));
-}
-
 TEST_F(ListDirectory, WhatCannotBeListedHoldsNothing) {
   write_file("file", "");
   for (const char* path : {"missing", "missing/", "file", "file/", ""})
@@ -82,11 +74,11 @@ TEST_F(ListDirectory, WhatCannotBeListedHoldsNothing) {
 
 TEST_F(ListDirectory, NamesMayBeAsLongAsTheSystemAllows) {
   const std::string name(255, 'n');
-  fs::create_directories(name + "/" + name);
-  write_file(name + "/" + name + "/x", "");
+  std::string path;
+  for (int level = 0; level < 15; ++level) path += name + "/";
+  write_file(path + "x", "");
   EXPECT_EQ((Names{".", "..", name}), list_directory("./"));
-  EXPECT_EQ((Names{".", "..", "x"}),
-            list_directory((name + "/" + name).c_str()));
+  EXPECT_EQ((Names{".", "..", "x"}), list_directory(path.c_str()));
 }
 
 // One block that each listing loses takes at least 16 bytes.

@@ -119,13 +119,6 @@ TEST_F(StartUpWithoutDisplay, UnknownWordsEndTheProgramInTheToolkitsParser) {
   }
 }
 
-TEST_F(StartUpWithoutDisplay, AMissingDisplayEndsTheProgram) {
-  start({"-display", ":x", "-e", "f90"});
-  EXPECT_EQ(1, end());
-  EXPECT_EQ("", output());
-  EXPECT_EQ("Can't open display: :x\n", errors());
-}
-
 class StartUpWithDisplay : public StartUp {
  protected:
   // Starts the program and waits for its window.
@@ -198,36 +191,29 @@ TEST_F(StartUpWithDisplay, NothingIsSelectedUnlessFilesHaveAnExtension) {
   }
 }
 
-TEST_F(StartUpWithDisplay, SelectsTheFilesOfTheExtensionsRecursively) {
+TEST_F(StartUpWithDisplay, SelectsTheFilesThatTheOptionsAskFor) {
   for (const char* path : {"b.f90", "a.F90", "m10.f90", "m2.f90", "sub/d.f90",
                            "sub/e.F90", "sub/f.f", "c.f95"})
-    write_file(path, "x\n");
-  ASSERT_TRUE(open({"-r", "-e", "f90", "-e", "F90", "-v", "2"}));
-  EXPECT_EQ(7, generate());
-  EXPECT_EQ(run_reports({"./a.F90", "./b.f90", "./m2.f90", "./m10.f90",
-                         "./sub/d.f90", "./sub/e.F90"}),
-            output());
-  EXPECT_EQ("", errors());
-}
-
-TEST_F(StartUpWithDisplay, WithoutRecursionDirectoriesAreLeftOut) {
-  for (const char* path : {"b.f90", "sub/d.f90"}) write_file(path, "x\n");
-  ASSERT_TRUE(open({"-e", "f90", "-v", "1"}));
-  generate();
-  EXPECT_EQ(run_reports({"./b.f90"}), output());
-}
-
-TEST_F(StartUpWithDisplay, VerbosityComesFromTheLevel) {
-  write_file("a.f90", "x = 1\ny = 2\n");
+    write_file(path, "x\ny\n");
+  const std::string all =
+      run_reports({"./a.F90", "./b.f90", "./m2.f90", "./m10.f90", "./sub/d.f90",
+                   "./sub/e.F90"});
   const struct {
-    const char* level;
+    Words arguments;
+    std::ptrdiff_t pages;
     std::string output;
-  } cases[] = {{"abc", ""}, {"5", "---x = 1\n" + run_reports({"./a.f90"})}};
+  } cases[] = {
+      {{"-r", "-e", "f90", "-e", "F90", "-v", "2"}, 7, all},
+      {{"-e", "F90", "-v", "5"}, 2, "---x\n" + run_reports({"./a.F90"})},
+      {{"-e", "F90", "-v", "abc"}, 2, ""},
+  };
   for (const auto& c : cases) {
+    SCOPED_TRACE(joined(c.arguments));
     fs::remove_all("pages");
-    ASSERT_TRUE(open({"-e", "f90", "-v", c.level}));
-    EXPECT_EQ(2, generate());
+    ASSERT_TRUE(open(c.arguments));
+    EXPECT_EQ(c.pages, generate());
     EXPECT_EQ(c.output, output());
+    EXPECT_EQ("", errors());
   }
 }
 
@@ -242,17 +228,6 @@ TEST_F(StartUpWithDisplay, SwitchesOfTheToolkitComeFirst) {
   ASSERT_TRUE(window.wait_for(*program));
   generate();
   EXPECT_EQ(run_reports({"./a.f90"}), output());
-}
-
-TEST_F(StartUpWithDisplay, ARemovedWorkingDirectorySelectsNothing) {
-  const std::string program_path = folder.path() / "zelkor";
-  fs::create_directory("gone");
-  fs::current_path("gone");
-  fs::remove(folder.path() / "gone");
-  start({"-r", "-e", "f90", "-v", "1"}, program_path);
-  fs::current_path(folder.path());
-  ASSERT_TRUE(window.wait_for(*program));
-  expect_nothing_selected();
 }
 
 TEST_F(StartUpWithDisplay, AClosedStandardErrorIsNeitherTheDisplayNorAPage) {
@@ -313,15 +288,6 @@ TEST_F(StartedBrowser, IgnoresTheSignalsThatTheProgramWasToldToIgnore) {
               std::stoul(mask, nullptr, 16) & own)
         << c.option;
   }
-}
-
-TEST_F(StartUpWithDisplay, NeverStartsARunByItself) {
-  write_file("a.f90", "x\n");
-  fs::create_directory("HTML");
-  ASSERT_TRUE(open({"-e", "f90", "-v", "1"}));
-  close();
-  EXPECT_EQ("", output());
-  EXPECT_TRUE(fs::is_empty("HTML"));
 }
 
 // --- The window before the search ---

@@ -137,26 +137,6 @@ TEST_F(GenHtml, WithoutFilesWritesTheIndexOfAnEmptyRegistryIfAsked) {
   EXPECT_TRUE(fs::is_empty("HTML"));
 }
 
-TEST_F(GenHtml, ReferencesInTheFirstFileFindUnitsOfTheLast) {
-  write_file("a.f90", "call solve(x)\nend\n");
-  write_file("b.f90", "subroutine solve(x)\nend subroutine solve\n");
-  run({"a.f90", "b.f90"});
-
-  const std::string target =
-      "<a HREF=\"b1756053.html#solve-1\"><b>solve</b>"
-      "</a>";
-  expect_page(page_a, "a.f90",
-              "call <a NAME=\"line1\"></a>" + target + "(x)\nend\n");
-  expect_page(page_b, "b.f90",
-              "subroutine <a NAME=\"solve-1\"><b>solve</b></a>" +
-                  callers_menu(caller(page_a, "a.f90", 1) +
-                               caller(page_b, "b.f90", 2)) +
-                  "(x)\nend subroutine <a NAME=\"line2\"></a>" + target + "\n");
-  EXPECT_NE(std::string::npos,
-            index().find("\n<LI> <a HREF=\"b1756053.html#solve-1\"><b>solve"
-                         "</b></a>\n</UL>\n\n"));
-}
-
 // The window frees the paths once the run is over. Behind a long line the
 // passes count differently, so that no page shows the references to this unit.
 TEST_F(GenHtml, ReferencesAreWalkedWithoutThePathsAfterwards) {
@@ -241,21 +221,6 @@ TEST_F(GenHtml, APathListedTwiceIsProcessedTwiceInEachPass) {
               "<a href=\"a1751050.html#s-2\"><small>a.f90:1</small></a>"
               "<br/>\n") +
           "\n");
-}
-
-TEST_F(GenHtml, EveryPassGoesOverAllFilesInListOrder) {
-  write_file("b.f90", "module b\nend\n");
-  write_file("a.f90", "program a\nend\n");
-  verbose = 2;
-  EXPECT_EQ(
-      "MODULE              ***\tb\tin b.f90\nEND OF FILE\n"
-      "PROGRAM             ***\ta\tin a.f90\nEND OF FILE\n"
-      "Generating XREF for b.f90...OK\n"
-      "Generating XREF for a.f90...OK\n"
-      "Generating HTML for b.f90...OK\n"
-      "Generating HTML for a.f90...OK\n"
-      "Generating HTML index..\nDone!\n",
-      printed_over({"b.f90", "a.f90"}));
 }
 
 TEST_F(GenHtml, MissingFilesAreSkippedButReportedAsTheyStandInTheList) {
@@ -349,55 +314,6 @@ TEST_F(GenHtml, EveryPassTakesFilesForFreeForm) {
                   callers_menu(caller(page_a, "a.f90", 2) +
                                caller(page_a, "a.f90", 3)) +
                   "\nend\n");
-}
-
-// Whole lines that take so many bytes, 64 each but for the last one.
-std::string lines_of(std::size_t bytes) {
-  std::string text(bytes, '-');
-  for (std::size_t end = 63; end < bytes; end += 64) text[end] = '\n';
-  text.back() = '\n';
-  return text;
-}
-
-// Files are read in blocks of 32768 bytes. The first one ends within a name
-// that is declared, the second one within a reference to it.
-TEST_F(GenHtml, NamesOverTheEndsOfBlocksAreWhole) {
-  const std::string before = lines_of(32768 - 14);          // 512 lines
-  const std::string between = "\n" + lines_of(32768 - 11);  // 512 more
-  const std::string source =
-      before + "subroutine solve" + between + "call solve\nend\n";
-  ASSERT_EQ("solve", source.substr(32768 - 3, 5));
-  ASSERT_EQ("solve", source.substr(65536 - 3, 5));
-
-  write_file("a.f90", source);
-  run({"a.f90"});
-  expect_page(page_a, "a.f90",
-              before + "subroutine <a NAME=\"solve-1\"><b>solve</b></a>" +
-                  callers_menu(caller(page_a, "a.f90", 1026)) + between +
-                  "call <a NAME=\"line1026\"></a>"
-                  "<a HREF=\"a1751050.html#solve-1\"><b>solve</b></a>\nend\n");
-}
-
-TEST_F(GenHtml, OddFilesAreNoHindrance) {
-  write_file("empty.f90", "");
-  write_file("nul.f90", std::string("\0\n\0x\nmodule m\n", 14));
-  write_file("long.f90", std::string(100000, 'x') + "\nend\n");
-  write_file("latin.f90", "! caf\xe9\r\nmodule \xe9\r\nend\r\n");
-  write_file("open.f90", "print *, \"never closed\nmodule &");
-  fs::create_directory("dir.f90");
-  run({"empty.f90", "nul.f90", "long.f90", "latin.f90", "open.f90", "dir.f90",
-       ""});
-  EXPECT_EQ(23u, progress_reports.size());
-  // Six pages, for the empty path names none, and the index.
-  const auto pages = fs::directory_iterator("HTML");
-  EXPECT_EQ(7, std::distance(begin(pages), end(pages)));
-}
-
-TEST_F(GenHtml, AnUnreadableIndexPlaceIsNoHindrance) {
-  write_file("a.f90", "x\n");
-  fs::create_directory("HTML/index.html");
-  run({"a.f90"});
-  EXPECT_EQ("Done!", progress_reports.back().message);
 }
 
 TEST(InitStatics, StampsTheTimeAndEmptiesTheRegistry) {

@@ -66,17 +66,6 @@ TEST(Settings, HaveTheseValuesAtFirst) {
   EXPECT_LE(first.time, first.time_after_initialisation);
 }
 
-TEST(Settings, HaveTheirStyleBitsAtFixedValues) {
-  EXPECT_EQ(1u, HIDE_STRINGS_AND_COMMENTS);
-  EXPECT_EQ(2u, WRITE_INDEX);
-  EXPECT_EQ(32u, BOLD_KEYWORDS);
-  EXPECT_EQ(64u, ITALIC_KEYWORDS);
-  EXPECT_EQ(1024u, LEVEL_1);
-  EXPECT_EQ(2048u, LEVEL_2);
-  EXPECT_EQ(4096u, LEVEL_3);
-  EXPECT_EQ(8192u, LEVEL_NONE);
-}
-
 // A run over one file that declares a unit and names it in a comment and in a
 // string.
 class SettingsInARun : public testing::Test {

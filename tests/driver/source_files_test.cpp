@@ -133,29 +133,4 @@ TEST_F(CollectFiles, RightsThatAreMissingHideNothingElse) {
     fs::permissions(path, fs::perms::owner_all);
 }
 
-TEST_F(CollectFiles, ARemovedWorkingDirectoryYieldsNothing) {
-  fs::create_directory("gone");
-  fs::current_path("gone");
-  fs::remove(folder.path() / "gone");
-  EXPECT_EQ(Paths{}, collect_files("./", {"f90"}, true));
-  fs::current_path(folder.path());
-}
-
-// A path of the system has 4095 bytes at most.
-TEST_F(CollectFiles, FindsNothingBelowTheLongestPath) {
-  const std::string name(200, 'd');
-  std::string found = "./x.f90";
-  Paths expected;
-  for (int level = 0; level < 25; ++level) {
-    write_file("x.f90", "");
-    if (found.size() <= 4095) expected.push_back(found);
-    fs::create_directory(name);
-    fs::current_path(name);
-    found.insert(2, name + "/");
-  }
-  fs::current_path(folder.path());
-  EXPECT_EQ(21u, expected.size());
-  EXPECT_EQ(expected, collect_files("./", {"f90"}, true));
-}
-
 }  // namespace

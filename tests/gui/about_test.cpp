@@ -332,18 +332,4 @@ TEST_F(About, WaitsHalfASecondForEventsAndDealsWithThoseThatArePending) {
   }
 }
 
-TEST_F(About, LeavesNothingBehind) {
-  const Fl_Window* const before = Fl::first_window();
-  Fl_Window open(10, 10, 100, 100);
-  for (int i = 0; i < 2; ++i) {
-    about({20, 10}, "text");
-    EXPECT_EQ(0, open.children());
-    // The toolkit closes all groups when it shows a window.
-    EXPECT_EQ(nullptr, Fl_Group::current());
-    EXPECT_EQ(nullptr, Fl::modal());
-    EXPECT_EQ(before, Fl::first_window());
-    EXPECT_EQ(nullptr, Fl::next_window(before));
-  }
-}
-
 }  // namespace

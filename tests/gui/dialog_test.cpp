@@ -214,40 +214,4 @@ TEST_F(DialogRun, SleepsWhileNothingHappens) {
   EXPECT_LE(turns_without_user, 100);
 }
 
-struct DrawCounter : Fl_Window {
-  DrawCounter() : Fl_Window(10, 10, 200, 100, "behind") {
-    button = new Fl_Button(20, 20, 100, 30, "behind");
-    end();
-  }
-  void draw() override {
-    ++draws;
-    Fl_Window::draw();
-  }
-  Fl_Button* button;
-  int draws = 0;
-};
-
-TEST_F(DialogRun, OtherWindowsAreRedrawnButGetNoInput) {
-  DrawCounter behind;
-  show_and_wait(behind);
-  bool pressed = false;
-  behind.button->callback(
-      [](Fl_Widget*, void* data) { *static_cast<bool*>(data) = true; },
-      &pressed);
-  const int draws = behind.draws;
-  int turns = 0;
-  run([&](Fl_Window&) {
-    if (++turns == 1) {
-      click(*behind.button);
-      behind.redraw();
-    } else if (behind.draws > draws) {
-      click(button("okay"));
-    }
-  });
-  EXPECT_FALSE(pressed);
-  EXPECT_GT(behind.draws, draws);
-  click(*behind.button);
-  EXPECT_TRUE(pressed);
-}
-
 }  // namespace

@@ -207,12 +207,6 @@ TEST_F(MoveFiles, OneTrailingSlashOfTheDirectoryIsLeftOut) {
   EXPECT_EQ(path_of(""), directory());
 }
 
-TEST_F(MoveFiles, PathsInDirectoriesWithDoubledSlashesKeepThem) {
-  go_to(path_of("/sub"));
-  add({"d"});
-  expect({"a"}, {path_of("/sub/d")});
-}
-
 TEST_F(MoveFiles, NothingSelectedListsTheDirectoryAnew) {
   write_file("d", "");
   add({});
@@ -240,19 +234,6 @@ TEST_F(MoveFiles, SamePathIsNeverAddedTwice) {
 TEST_F(MoveFiles, DirectoryLineIsAddedAsItsTextStands) {
   add({"@bsub", "a"});
   expect({"@bsub", "b", "c"}, {path_of("@bsub"), path_of("a")});
-}
-
-TEST_F(MoveFiles, DirectoryThatVanishedKeepsItsList) {
-  go_to("sub");
-  fs::remove_all("sub");
-  select_texts(*ui.potential_files, {"d"});
-  ui.add_button->do_callback();
-  EXPECT_EQ(Texts{path_of("sub/d")}, selected());
-  EXPECT_EQ((Texts{"@b.", "@b..", "a", "d"}), potential());
-  remove({path_of("sub/d")});
-  EXPECT_EQ(Texts{}, selected());
-  EXPECT_EQ((Texts{"@b.", "@b..", "a", "d"}), potential());
-  EXPECT_FALSE(can_generate());
 }
 
 TEST_F(MoveFiles, RemovingDoesNotActivateTheButton) {

@@ -69,6 +69,20 @@ void show_and_wait(Fl_Window& window) {
   while (window.damage() != 0) Fl::wait(0.02);
 }
 
+std::vector<Fl_Widget*> widgets_in(Fl_Group& group) {
+  std::vector<Fl_Widget*> widgets;
+  for (int i = 0; i < group.children(); ++i) {
+    Fl_Widget* const widget = group.child(i);
+    if (!widget->visible()) continue;
+    widgets.push_back(widget);
+    auto* const inner = dynamic_cast<Fl_Group*>(widget);
+    if (inner == nullptr || dynamic_cast<Fl_Browser*>(widget) != nullptr)
+      continue;
+    for (Fl_Widget* below : widgets_in(*inner)) widgets.push_back(below);
+  }
+  return widgets;
+}
+
 Texts lines_of(const Fl_Browser& list) { return texts_of(&list); }
 
 Lines selected_lines(const Fl_Browser& list) {

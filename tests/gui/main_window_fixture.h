@@ -3,6 +3,7 @@
 #pragma once
 
 #include <FL/Fl_Browser.H>
+#include <FL/Fl_Group.H>
 #include <FL/Fl_Menu_.H>
 #include <FL/Fl_Widget.H>
 #include <FL/Fl_Window.H>
@@ -57,6 +58,18 @@ class MainWindowTest : public testing::Test {
 
 /// Shows a window and waits until it is drawn.
 void show_and_wait(Fl_Window& window);
+
+/// The visible widgets in a group and in the groups below it, in the order in
+/// which they were made. The parts of a list are the toolkit's.
+std::vector<Fl_Widget*> widgets_in(Fl_Group& group);
+
+/// The first of them that is of a class; null when there is none.
+template <class Widget>
+Widget* first_in(Fl_Group& group) {
+  for (Fl_Widget* widget : widgets_in(group))
+    if (auto* found = dynamic_cast<Widget*>(widget)) return found;
+  return nullptr;
+}
 
 /// The texts of all lines of a list.
 Texts lines_of(const Fl_Browser& list);

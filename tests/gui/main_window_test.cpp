@@ -89,23 +89,12 @@ Look plain(int x, int y, int w, int h, const Look& settings) {
   return with(look_of(widget), settings);
 }
 
-// The window and its widgets in the order in which they were made; what makes
-// up a list or a choice is the toolkit's own.
-void collect(const Fl_Widget& widget, std::vector<const Fl_Widget*>& all) {
-  all.push_back(&widget);
-  const bool holds_ours =
-      typeid(widget) == typeid(Fl_Window) || typeid(widget) == typeid(Fl_Group);
-  if (!holds_ours) return;
-  const auto& group = dynamic_cast<const Fl_Group&>(widget);
-  for (int i = 0; i < group.children(); ++i) collect(*group.child(i), all);
-}
-
 using MainWindow = MainWindowTest;
 
 TEST_F(MainWindow, ConsistsOfTheseWidgetsInThisOrder) {
   build();
-  std::vector<const Fl_Widget*> widgets;
-  collect(*window, widgets);
+  std::vector<Fl_Widget*> widgets = widgets_in(*window);
+  widgets.insert(widgets.begin(), window.get());
 
   const Fl_Widget* help = button_of(*window, "help");
   ASSERT_NE(nullptr, help);
@@ -223,17 +212,6 @@ TEST_F(MainWindow, NoticeIsBuiltOnceAndEndsInTheYearOfTheBuild) {
   EXPECT_EQ(notice, ui.status_box->label());
 }
 
-TEST_F(MainWindow, ListsTheWorkingDirectory) {
-  fs::create_directory("src");
-  write_file("main.f90", "");
-  build();
-  EXPECT_EQ((Texts{"@b.", "@b..", "@bsrc", "main.f90"}), potential());
-  EXPECT_EQ(path_of(""), directory());
-  EXPECT_EQ(Texts{}, selected());
-  EXPECT_EQ(folder.path().filename().string() + "/",
-            ui.dir_menu_button->label());
-}
-
 TEST_F(MainWindow, OpensInADirectoryThatCannotBeListed) {
   const TemporaryFolder vanished;
   fs::remove(vanished.path());
@@ -274,10 +252,8 @@ TEST_F(MainWindow, MessageBoxesBearTheProgramsName) {
 
 TEST_F(MainWindow, ControlsWhoseUseIsNotPlainHaveTooltips) {
   build();
-  std::vector<const Fl_Widget*> widgets;
-  collect(*window, widgets);
   std::set<std::string> explained;
-  for (const Fl_Widget* widget : widgets)
+  for (const Fl_Widget* widget : widgets_in(*window))
     if (widget->tooltip() != nullptr && widget->tooltip()[0] != '\0')
       explained.insert(widget->label());
   EXPECT_EQ(
@@ -301,10 +277,7 @@ std::uint32_t level_set(unsigned places) {
 
 class Highlighting : public MainWindowTest {
  protected:
-  Fl_Choice& level() {
-    auto* group = dynamic_cast<Fl_Group*>(ui.bold_button->parent());
-    return dynamic_cast<Fl_Choice&>(*group->child(0));
-  }
+  Fl_Choice& level() { return *first_in<Fl_Choice>(*window); }
   void choose(int item) { level().menu()[item].do_callback(&level()); }
 };
 
@@ -361,15 +334,6 @@ TEST_F(Highlighting, ChoosingALevelInvertsTheLevelBitsAndSetsTheChosenOne) {
   }
 }
 
-TEST_F(Highlighting, ChoosingTwoAfterOneThenThree) {
-  html_style = 1024;
-  build();
-  level().picked(&level().menu()[2]);
-  EXPECT_EQ(2048u | 4096 | 8192, html_style);
-  level().picked(&level().menu()[3]);
-  EXPECT_EQ(1024u | 4096, html_style);
-}
-
 // The states of the check buttons are not read.
 TEST_F(Highlighting, TogglingTwiceRestoresHtmlStyle) {
   build();
@@ -401,23 +365,12 @@ class Browse : public MainWindowTest {
   void browse(const std::string& answer, const std::string& name = "") {
     const ModalWatcher watcher([&](Fl_Window& chooser) {
       title = chooser.label();
-      Fl_Input* input = name_input(chooser);
+      Fl_Input* input = first_in<Fl_File_Input>(chooser);
       start = input->value();
       if (!name.empty()) input->value(name.c_str());
       button_of(chooser, answer)->do_callback();
     });
     button_of(*window, "Browse...")->do_callback();
-  }
-
-  // The first one in a group, or in the groups in it.
-  static Fl_File_Input* name_input(Fl_Group& group) {
-    for (int i = 0; i < group.children(); ++i) {
-      if (auto* input = dynamic_cast<Fl_File_Input*>(group.child(i)))
-        return input;
-      if (auto* inner = dynamic_cast<Fl_Group*>(group.child(i)))
-        if (auto* found = name_input(*inner)) return found;
-    }
-    return nullptr;
   }
 
   std::string title;

@@ -142,12 +142,6 @@ TEST_F(SpecialBrowserTest, LineThatStartsAGroupIsTwiceAsHigh) {
   }
 }
 
-TEST_F(SpecialBrowserTest, HiddenLineHasNoHeight) {
-  fill({"/src/a", "/src/b"});
-  list.hide(1);
-  EXPECT_EQ(0, list.height(1));
-}
-
 // --- drawing ---
 
 TEST_F(SpecialBrowserTest, HeadingIsInBoldAboveTheIndentedName) {
@@ -180,15 +174,6 @@ TEST_F(SpecialBrowserTest, HeadingIsInBoldAboveTheIndentedName) {
                           line(1))
           << c.text;
     }
-}
-
-TEST_F(SpecialBrowserTest, PicturesDifferWhereTheyShould) {
-  const auto of = [](const char* text, int font) {
-    return picture({{text, 0, 0, w, 20, font}});
-  };
-  EXPECT_NE(of("src/", 0), of("src/", 1));
-  EXPECT_NE(of("  a", 0), of(" a", 0));
-  EXPECT_NE(of("", 0), of("/", 0));
 }
 
 TEST_F(SpecialBrowserTest, FollowsTheListsFontSizeAndColour) {

@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "tests/gui/main_window_fixture.h"
+
 namespace {
 
 // Reaches the protected operations of any list by pointers to members.
@@ -157,43 +159,40 @@ MessageBoxes::MessageBoxes(std::function<bool()> until)
       watcher([this](Fl_Window& window) { answer(window); }) {}
 
 // The icon is a label in a frame, the text is one without.
+Question question_in(Fl_Window& window) {
+  Question question;
+  for (const Fl_Widget* widget : widgets_in(window)) {
+    if (widget->label() == nullptr) continue;
+    if (dynamic_cast<const Fl_Button*>(widget) != nullptr)
+      question.buttons.insert(widget->label());
+    else
+      (widget->box() == FL_NO_BOX ? question.text : question.icon) =
+          widget->label();
+  }
+  return question;
+}
+
 void MessageBoxes::answer(Fl_Window& window) {
   if (!ready()) return;
-  std::string icon;
-  std::string text;
-  std::vector<Fl_Widget*> buttons;
-  for (int i = 0; i < window.children(); ++i) {
-    Fl_Widget* widget = window.child(i);
-    if (!widget->visible()) continue;
-    if (dynamic_cast<Fl_Button*>(widget) != nullptr)
-      buttons.push_back(widget);
-    else if (widget->label() != nullptr)
-      (widget->box() == FL_NO_BOX ? text : icon) = widget->label();
-  }
-  boxes.push_back(icon + " " + text);
-  if (buttons.size() != 1) throw std::logic_error("not a message box");
+  const Question box = question_in(window);
+  boxes.push_back(box.icon + " " + box.text);
+  if (box.buttons.size() != 1) throw std::logic_error("not a message box");
   if (Fl::pushed() != nullptr)
     send(FL_RELEASE, *Fl::pushed()->window(), Fl::e_x, Fl::e_y, 0);
-  click(*buttons[0]);
+  click(*button_of(window, *box.buttons.begin()));
 }
 
 Fl_Widget* button_of(Fl_Group& group, const std::string& label) {
-  for (int i = 0; i < group.children(); ++i) {
-    Fl_Widget* widget = group.child(i);
-    if (!widget->visible()) continue;
+  for (Fl_Widget* widget : widgets_in(group))
     if (dynamic_cast<Fl_Button*>(widget) != nullptr &&
         widget->label() != nullptr && widget->label() == label)
       return widget;
-    if (auto* inner = dynamic_cast<Fl_Group*>(widget))
-      if (Fl_Widget* found = button_of(*inner, label)) return found;
-  }
   return nullptr;
 }
 
 Fl_Help_View* help_view() {
   for (Fl_Window* w = Fl::first_window(); w != nullptr; w = Fl::next_window(w))
-    for (int i = 0; i < w->children(); ++i)
-      if (auto* view = dynamic_cast<Fl_Help_View*>(w->child(i))) return view;
+    if (auto* view = first_in<Fl_Help_View>(*w)) return view;
   return nullptr;
 }
 

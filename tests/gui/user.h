@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,14 @@ class ModalWatcher {
   Action action;
   int pipe_ends[2];
 };
+
+/// What a box that pops up shows.
+struct Question {
+  std::string icon;
+  std::string text;
+  std::set<std::string> buttons;
+};
+Question question_in(Fl_Window& window);
 
 /// Clicks the one button of every message box that comes up while this lives,
 /// as a user does who lets go of mouse and keys before. Keeps what the boxes

@@ -3,7 +3,6 @@
 #include <FL/Fl_Box.H>
 #include <FL/Fl_Check_Button.H>
 #include <FL/Fl_Choice.H>
-#include <FL/Fl_Group.H>
 #include <FL/Fl_Menu_Button.H>
 #include <gtest/gtest.h>
 
@@ -29,8 +28,7 @@ class HandbookWindow : public MainWindowTest {
 
   // Does with each item as the opened box does when the user chooses it.
   void choose(const std::vector<std::string>& chosen) {
-    auto* group = dynamic_cast<Fl_Group*>(ui.bold_button->parent());
-    auto& level = dynamic_cast<Fl_Choice&>(*group->child(0));
+    auto& level = *first_in<Fl_Choice>(*window);
     for (const std::string& item : chosen) {
       const Fl_Menu_Item* items = level.menu();
       while (items->text != nullptr && items->text != item) ++items;
@@ -42,18 +40,6 @@ class HandbookWindow : public MainWindowTest {
  private:
   const std::uint32_t style_at_start = html_style;
 };
-
-void collect_labels(Fl_Group& group, std::multiset<std::string>& labels) {
-  for (int i = 0; i < group.children(); ++i) {
-    Fl_Widget& child = *group.child(i);
-    if (child.label() != nullptr && child.label()[0] != '\0')
-      labels.insert(child.label());
-    // The parts of a list are the toolkit's.
-    if (auto* inner = dynamic_cast<Fl_Group*>(&child);
-        inner != nullptr && dynamic_cast<Fl_Browser*>(&child) == nullptr)
-      collect_labels(*inner, labels);
-  }
-}
 
 TEST_F(HandbookWindow, TableNamesTheControlsByTheirLabels) {
   std::multiset<std::string> told;
@@ -68,7 +54,9 @@ TEST_F(HandbookWindow, TableNamesTheControlsByTheirLabels) {
 
   build();
   std::multiset<std::string> shown;
-  collect_labels(*window, shown);
+  for (const Fl_Widget* widget : widgets_in(*window))
+    if (widget->label() != nullptr && *widget->label() != '\0')
+      shown.insert(widget->label());
   // These change, or are the frame around others.
   for (const char* label : {ui.status_box->label(), ui.dir_menu_button->label(),
                             "Syntax Highlighting"})

@@ -1,8 +1,6 @@
 #include "help/browser.h"
 
 #include <FL/Fl.H>
-#include <FL/Fl_Box.H>
-#include <FL/Fl_Button.H>
 #include <FL/Fl_Help_View.H>
 #include <FL/Fl_Input.H>
 #include <FL/fl_ask.H>
@@ -17,11 +15,11 @@
 #include <functional>
 #include <optional>
 #include <set>
-#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "tests/gui/main_window_fixture.h"
 #include "tests/gui/user.h"
 #include "tests/support/alone.h"
 #include "tests/support/capture.h"
@@ -228,17 +226,6 @@ TEST_F(Browser, ViewerIsReusedAlsoWhenItWasClosed) {
   EXPECT_EQ("first", shown_text());
 }
 
-TEST_F(Browser, ViewerOfAFileThatCannotBeReadIsShown) {
-  browser(std::nullopt);
-  launch_html("none.html");
-  EXPECT_NE(nullptr, help_view());
-  write_file("empty.html", "");
-  launch_html("empty.html");
-  write_file("binary.html", std::string("<a\0\xff<b", 6));
-  launch_html("binary.html");
-  EXPECT_EQ("binary.html", shown_path());
-}
-
 // --- A browser that cannot be started ---
 
 // Lets this process open one more file but no pipe, so that no command can be
@@ -262,32 +249,6 @@ class NoPipes {
  private:
   rlimit before{};
 };
-
-// What a question shows.
-struct Question {
-  std::string text;
-  std::set<std::string> buttons;
-};
-
-Question question_in(Fl_Window& window) {
-  Question question;
-  for (int i = 0; i < window.children(); ++i) {
-    const Fl_Widget* const o = window.child(i);
-    if (!o->visible() || o->label() == nullptr) continue;
-    if (dynamic_cast<const Fl_Button*>(o) != nullptr)
-      question.buttons.insert(o->label());
-    else if (o->box() == FL_NO_BOX)
-      question.text = o->label();
-  }
-  return question;
-}
-
-Fl_Input& input_in(Fl_Window& window) {
-  for (int i = 0; i < window.children(); ++i)
-    if (auto* input = dynamic_cast<Fl_Input*>(window.child(i)))
-      if (input->visible()) return *input;
-  throw std::logic_error("nothing to edit");
-}
 
 class UnstartableBrowser : public Browser {
  protected:
@@ -345,7 +306,7 @@ class UnstartableBrowser : public Browser {
   // The toolkit's button of a box with an input field.
   static Step enter(const std::string& command) {
     return [command](Fl_Window& window) {
-      input_in(window).value(command.c_str());
+      first_in<Fl_Input>(window)->value(command.c_str());
       press_key(window, FL_Enter);
     };
   }
@@ -404,7 +365,7 @@ TEST_F(UnstartableBrowser, EditOffersTheCurrentCommandAndMayBeCancelled) {
               [&](Fl_Window& window) {
                 EXPECT_EQ("edit the command", question_in(window).text);
                 EXPECT_STREQ("./browser file:///me@home/a.html &",
-                             input_in(window).value());
+                             first_in<Fl_Input>(window)->value());
                 cancel(window);
               }},
              "/me@home/a.html");
@@ -438,7 +399,7 @@ TEST_F(UnstartableBrowser, EditedCommandThatFailsTooIsAskedAboutAgain) {
   };
   launch({note_and("Edit..."), enter("first"), note_and("Edit..."),
           [](Fl_Window& window) {
-            EXPECT_STREQ("first", input_in(window).value());
+            EXPECT_STREQ("first", first_in<Fl_Input>(window)->value());
             enter("second")(window);
           },
           note_and("Use Internal Browser")});
