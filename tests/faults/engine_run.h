@@ -48,8 +48,8 @@ class EngineRun : public PageTest {
 
   /// Calls `fault` right after report number `step` of the next run, counted
   /// from 1. Reports 1 and 2 end the declaration pass of a file, 3 and 4 the
-  /// call pass, 5 and 6 the page pass; 7 precedes the index and 8 follows it.
-  /// Every run has a known time stamp.
+  /// reference pass, 5 and 6 the page pass; 7 precedes the index and 8 follows
+  /// it. Every run has a known time stamp.
   static void after_report(std::size_t step,
                            const std::function<void()>& fault) {
     progress_hook = [step, fault](const ProgressReport&) {
