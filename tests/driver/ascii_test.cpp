@@ -11,14 +11,14 @@ static std::string all_bytes() {
   return bytes;
 }
 
-TEST(IsWhiteSpace, TakesBlankAndTheFiveControlCharactersAlone) {
+TEST(IsWhiteSpace, AcceptsOnlyTheBlankAndFiveControlCharacters) {
   const std::string white_space = "\t\n\v\f\r ";
   for (const char c : all_bytes())
     EXPECT_EQ(white_space.find(c) != std::string::npos, is_white_space(c))
         << "byte " << static_cast<int>(c);
 }
 
-TEST(ToUpper, ChangesAsciiLettersAlone) {
+TEST(ToUpper, ChangesOnlyAsciiLetters) {
   const std::string lower = "abcdefghijklmnopqrstuvwxyz";
   const std::string upper = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
   for (const char c : all_bytes()) {

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Also with NDEBUG, which the release builds define.
+// Assertions also fail with NDEBUG, which release builds define.
 TEST(AssertionFailedDeathTest, NamesWhatFailedAndAborts) {
   EXPECT_EXIT(assertion_failed("html!=__null", "zelkor",
                                "void print_links(char**, bool)"),
@@ -20,13 +20,13 @@ TEST(AssertionFailedDeathTest, NamesWhatFailedAndAborts) {
               "`html!=__null' failed\\.\n$");
 }
 
-TEST(AssertionFailedDeathTest, TakesNoTextAsAFormat) {
+TEST(AssertionFailedDeathTest, PrintsFormatDirectivesUnchanged) {
   EXPECT_EXIT(assertion_failed("%s%n", "%d", "%s()"),
               testing::KilledBySignal(SIGABRT),
               "^%d: %s\\(\\): Assertion `%s%n' failed\\.\n$");
 }
 
-TEST(AssertionFailedDeathTest, WritesWaitingReportsFirst) {
+TEST(AssertionFailedDeathTest, WritesBufferedReportsFirst) {
   const TemporaryFolder folder;
   EXPECT_EXIT(
       {

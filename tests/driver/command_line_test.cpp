@@ -33,7 +33,7 @@ const struct {
   std::optional<int> verbosity;
   std::set<std::string> extensions;
   bool recursive;
-  int remaining;  // with the program's name
+  int remaining;  // including the program's name
 } option_cases[] = {
     {{}, {}, {}, false, 1},
     // the full form, and parts of it
@@ -45,7 +45,7 @@ const struct {
     {{"-r", "-v", "1"}, 1, {}, true, 1},
     {{"-e", "f90", "-v", "1"}, 1, {"f90"}, false, 1},
     {{"-e", "f90", "-e", "f90"}, {}, {"f90"}, false, 1},
-    // values are taken as they stand
+    // values are used unchanged
     {{"-e", ".f90"}, {}, {".f90"}, false, 1},
     {{"-e", ""}, {}, {""}, false, 1},
     {{"-e", "-r"}, {}, {"-r"}, false, 1},
@@ -57,7 +57,7 @@ const struct {
     {{"-v", "-3"}, -3, {}, false, 1},
     {{"-v", " 7x"}, 7, {}, false, 1},
     {{"-v", "2147483647"}, 2147483647, {}, false, 1},
-    // what stands before the options is left to the toolkit
+    // words before the options are left to the toolkit
     {{"-scheme", "plastic", "-r", "-e", "f90"}, {}, {"f90"}, true, 3},
     {{"main.f90"}, {}, {}, false, 2},
     {{"main.f90", "-e", "f90", "-v", "1"}, 1, {"f90"}, false, 2},
@@ -76,7 +76,7 @@ const struct {
     {{"-r", "-r"}, {}, {}, true, 2},
     {{"-h", "-e", "f90"}, {}, {"f90"}, false, 2},
     {{"-e", "f90", "main.f90"}, {}, {}, false, 4},
-    // an option equals its text exactly
+    // an option must equal its text exactly
     {{"-R"}, {}, {}, false, 2},
     {{"-ef90"}, {}, {}, false, 2},
     {{"-v1"}, {}, {}, false, 2},
@@ -99,7 +99,7 @@ TEST(ReadCommandLine, ReadsTheOptionsFromTheEnd) {
   }
 }
 
-TEST(ReadCommandLine, TakesAnyLastWordWithTheLettersOfHelpForHelp) {
+TEST(ReadCommandLine, TreatsAnyLastWordThatContainsTheHelpOptionAsHelp) {
   const Words cases[] = {
       {"-h"},         {"--h"},
       {"-help"},      {"--help"},
@@ -112,7 +112,7 @@ TEST(ReadCommandLine, TakesAnyLastWordWithTheLettersOfHelpForHelp) {
     EXPECT_TRUE(read(arguments).help) << shown(arguments);
 }
 
-TEST(ReadCommandLine, HelpLeavesEverythingElseUndone) {
+TEST(ReadCommandLine, IgnoresAllOtherOptionsWithHelp) {
   const CommandLine options = read({"-r", "-e", "f90", "-v", "-h"});
   EXPECT_TRUE(options.help);
   EXPECT_EQ(std::nullopt, options.verbosity);
@@ -120,7 +120,7 @@ TEST(ReadCommandLine, HelpLeavesEverythingElseUndone) {
   EXPECT_FALSE(options.recursive);
 }
 
-TEST(ReadCommandLine, DoesNotTakeTheProgramsNameForAnOption) {
+TEST(ReadCommandLine, DoesNotTreatTheProgramsNameAsAnOption) {
   const struct {
     Words words;
     int remaining;
@@ -139,13 +139,13 @@ TEST(ReadCommandLine, DoesNotTakeTheProgramsNameForAnOption) {
   }
 }
 
-TEST(ReadCommandLine, ReadsAnEmptyListOfArguments) {
+TEST(ReadCommandLine, AcceptsAnEmptyListOfArguments) {
   const char* const none[] = {nullptr};
   EXPECT_EQ(0, read_command_line(0, none).remaining);
   EXPECT_FALSE(read_command_line(0, none).help);
 }
 
-TEST(PrintUsage, ShowsTheProgramsNameAsGiven) {
+TEST(PrintUsage, PrintsTheProgramsNameAsGiven) {
   EXPECT_EQ(
       "usage: (order of options is important)\n"
       "\t./a b/100%s%n"

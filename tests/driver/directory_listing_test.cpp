@@ -25,7 +25,7 @@ class ListDirectory : public testing::Test {
   TemporaryFolder folder;
 };
 
-TEST_F(ListDirectory, DirectoriesAndLinksToThemHaveBareNames) {
+TEST_F(ListDirectory, AddsNoSlashToDirectories) {
   fs::create_directory("sub");
   fs::create_directory_symlink("sub", "link");
   write_file("file", "");
@@ -35,7 +35,7 @@ TEST_F(ListDirectory, DirectoriesAndLinksToThemHaveBareNames) {
   EXPECT_EQ((Names{".", ".."}), list_directory("sub"));
 }
 
-TEST_F(ListDirectory, NamesAreSortedByByteAndNumbersByValue) {
+TEST_F(ListDirectory, SortsNamesByByteAndNumbersByValue) {
   for (const char* name :
        {"m10.f90", "m2.f90", "m1", "b", "B", "a", ".hidden", "Z", "_", "10",
         "9", " blank ", "100%s", "@b", "back\\slash"})
@@ -48,7 +48,7 @@ TEST_F(ListDirectory, NamesAreSortedByByteAndNumbersByValue) {
 
 // The toolkit sorts a byte above 127 as a negative number up to 1.3 and as a
 // positive one from 1.4 on, so its name comes first or last.
-TEST_F(ListDirectory, NamesThatAreNoUtf8StayAsTheyAreInEveryLocale) {
+TEST_F(ListDirectory, KeepsNamesThatAreNotUtf8InEveryLocale) {
   alone([] {
     write_file("d/a", "");
     write_file("d/\xe9", "");
@@ -61,7 +61,7 @@ TEST_F(ListDirectory, NamesThatAreNoUtf8StayAsTheyAreInEveryLocale) {
   });
 }
 
-TEST_F(ListDirectory, WhatCannotBeListedHoldsNothing) {
+TEST_F(ListDirectory, ReturnsNoNamesWhenADirectoryCannotBeListed) {
   write_file("file", "");
   for (const char* path : {"missing", "missing/", "file", "file/", ""})
     EXPECT_EQ(Names{}, list_directory(path)) << path;
@@ -72,7 +72,7 @@ TEST_F(ListDirectory, WhatCannotBeListedHoldsNothing) {
   fs::current_path(folder.path());
 }
 
-TEST_F(ListDirectory, NamesMayBeAsLongAsTheSystemAllows) {
+TEST_F(ListDirectory, AcceptsNamesAndPathsAsLongAsTheSystemAllows) {
   const std::string name(255, 'n');
   std::string path;
   for (int level = 0; level < 15; ++level) path += name + "/";
@@ -81,8 +81,8 @@ TEST_F(ListDirectory, NamesMayBeAsLongAsTheSystemAllows) {
   EXPECT_EQ((Names{".", "..", "x"}), list_directory(path.c_str()));
 }
 
-// One block that each listing loses takes at least 16 bytes.
-TEST_F(ListDirectory, GivesBackTheMemoryOfTheListing) {
+// A block that is lost in each listing takes at least 16 bytes.
+TEST_F(ListDirectory, FreesTheMemoryOfTheListing) {
   const std::size_t lost_by_each = 100 * 16;
   fs::create_directory("empty");
   for (const char* path : {"empty", "missing"}) {
@@ -95,7 +95,7 @@ TEST_F(ListDirectory, GivesBackTheMemoryOfTheListing) {
 
 using IsDirectory = ListDirectory;
 
-TEST_F(IsDirectory, HoldsForDirectoriesAndLinksToThemWithOrWithoutASlash) {
+TEST_F(IsDirectory, AcceptsDirectoriesAndLinksToThemWithOrWithoutASlash) {
   write_file("file", "");
   fs::create_directory("sub");
   fs::create_directory_symlink("sub", "link");
@@ -116,7 +116,7 @@ TEST_F(IsDirectory, HoldsForDirectoriesAndLinksToThemWithOrWithoutASlash) {
   EXPECT_TRUE(is_directory(folder.path()));
 }
 
-TEST_F(IsDirectory, TakesPathsOfAnyLength) {
+TEST_F(IsDirectory, AcceptsPathsOfAnyLength) {
   std::string path;
   for (int level = 0; level < 15; ++level) path += std::string(200, 'd') + "/";
   fs::create_directories(path);

@@ -1,6 +1,5 @@
-// The program from outside: what it makes of its arguments, what it prints and
-// how it ends. A press on Generate HTML tells by the reports of the run which
-// files were selected, and in which order.
+// The program seen from outside: its arguments, its output and its exit status.
+// The reports of a run show which files were selected, and in which order.
 
 #include <gtest/gtest.h>
 
@@ -43,7 +42,7 @@ class StartUp : public testing::Test {
                                         folder.path() / "errors");
   }
 
-  // The exit status of the program, which is to end by itself.
+  // Waits for the program to end by itself. Returns its exit status.
   int end() {
     if (!wait_until([this] { return !program->running(); })) {
       ADD_FAILURE() << "the program does not end";
@@ -60,7 +59,7 @@ class StartUp : public testing::Test {
   std::unique_ptr<Program> program;
 };
 
-// A window would fail, with a message of its own.
+// Opening a window would fail with a message.
 class StartUpWithoutDisplay : public StartUp {
  protected:
   StartUpWithoutDisplay() { unsetenv("DISPLAY"); }
@@ -75,7 +74,7 @@ std::string joined(const Words& words) {
   return line;
 }
 
-TEST_F(StartUpWithoutDisplay, HelpAsLastWordPrintsTheUsageAndNothingElse) {
+TEST_F(StartUpWithoutDisplay, HelpOptionAtTheEndPrintsOnlyTheUsage) {
   const std::string name = folder.path() / "100%s%n";
   fs::create_symlink(ZELKOR_PROGRAM, name);
   for (const Words& arguments :
@@ -88,8 +87,9 @@ TEST_F(StartUpWithoutDisplay, HelpAsLastWordPrintsTheUsageAndNothingElse) {
   }
 }
 
-// Nobody reads the pipe, and nothing but the program keeps it from a signal.
-TEST_F(StartUpWithoutDisplay, HelpThatNobodyReadsEndsTheProgramAsEver) {
+// Nobody reads the pipe, and the program starts with the default action for
+// SIGPIPE, which would end it.
+TEST_F(StartUpWithoutDisplay, BrokenPipeDoesNotChangeTheExitStatus) {
   ASSERT_EQ(0, mkfifo("gone", 0600));
   start({"--default-signal=PIPE", "sh", "-c",
          "exec ./zelkor -h 3<>gone >gone 3>&-"},
@@ -98,7 +98,7 @@ TEST_F(StartUpWithoutDisplay, HelpThatNobodyReadsEndsTheProgramAsEver) {
   EXPECT_EQ("", errors());
 }
 
-TEST_F(StartUpWithoutDisplay, UnknownWordsEndTheProgramInTheToolkitsParser) {
+TEST_F(StartUpWithoutDisplay, ToolkitsParserRejectsUnknownWords) {
   write_file("main.f90", "");
   const Words cases[] = {
       {"main.f90"},
@@ -150,9 +150,8 @@ class StartUpWithDisplay : public StartUp {
     return std::distance(begin(pages), fs::end(pages));
   }
 
-  // With nothing selected a press on the button does nothing; otherwise the
-  // empty output directory would bring up an alert, and as long as that is
-  // open the window does not close.
+  // With a file selected, a press on the button would show an alert about the
+  // empty output directory, and the window would not close.
   void expect_nothing_selected() {
     window.press_generate();
     close();
@@ -163,7 +162,7 @@ class StartUpWithDisplay : public StartUp {
   ProgramWindow window;
 };
 
-// What a run over files of one line reports.
+// The reports of a run over files without units.
 std::string run_reports(const Words& paths) {
   std::string passes[3];
   for (const std::string& path : paths) {
@@ -181,7 +180,7 @@ TEST_F(StartUpWithDisplay, EscapeEndsTheProgram) {
   EXPECT_EQ(0, end());
 }
 
-TEST_F(StartUpWithDisplay, NothingIsSelectedUnlessFilesHaveAnExtension) {
+TEST_F(StartUpWithDisplay, SelectsNothingWithoutAMatchingExtension) {
   write_file("a.f90", "x\n");
   for (const Words& arguments :
        {Words{}, Words{"-r", "-v", "1"}, Words{"-e", ".f90", "-v", "1"}}) {
@@ -217,8 +216,8 @@ TEST_F(StartUpWithDisplay, SelectsTheFilesThatTheOptionsAskFor) {
   }
 }
 
-// An icon is not drawn, but selects files as well.
-TEST_F(StartUpWithDisplay, SwitchesOfTheToolkitComeFirst) {
+// A window that starts as an icon is not drawn, but files are still selected.
+TEST_F(StartUpWithDisplay, AcceptsToolkitSwitchesBeforeItsOptions) {
   write_file("a.f90", "x\n");
   const std::string display = getenv("DISPLAY");
   unsetenv("DISPLAY");
@@ -230,7 +229,7 @@ TEST_F(StartUpWithDisplay, SwitchesOfTheToolkitComeFirst) {
   EXPECT_EQ(run_reports({"./a.f90"}), output());
 }
 
-TEST_F(StartUpWithDisplay, AClosedStandardErrorIsNeitherTheDisplayNorAPage) {
+TEST_F(StartUpWithDisplay, ReplacesAClosedStandardErrorByTheNullDevice) {
   write_file("a.f90", "x\n");
   start({"-c", "exec ./zelkor -e f90 2>&-"}, "sh");
   ASSERT_TRUE(window.wait_for(*program));
@@ -242,35 +241,36 @@ TEST_F(StartUpWithDisplay, AClosedStandardErrorIsNeitherTheDisplayNorAPage) {
 
 class StartedBrowser : public StartUpWithDisplay {
  protected:
-  // What a command prints when it is run by a browser that F1 starts. The
-  // options are those of env for the program.
-  std::string told_to(const std::string& command, const Words& options) {
+  // What a command prints when a browser that F1 starts runs it. The options
+  // are for env, which starts the program.
+  std::string printed_in_browser(const std::string& command,
+                                 const Words& options) {
     write_file("share/doc/zelkor/Zelkor_Handbook.html", "x");
-    const std::string browser =
-        write_script("browser", command + " >told.new\nmv told.new told\n");
+    const std::string browser = write_script(
+        "browser", command + " >printed.new\nmv printed.new printed\n");
     Words words = options;
     words.insert(words.end(), {"QUMBRA_HOME=" + folder.path().string(),
                                "BROWSER=" + quoted(browser), "./zelkor"});
-    fs::remove("told");
+    fs::remove("printed");
     window.pass_over_present();
     start(words, "env");
     EXPECT_TRUE(window.wait_for(*program));
     window.press_key_over_window("F1");
-    EXPECT_TRUE(wait_until([] { return fs::exists("told"); }));
+    EXPECT_TRUE(wait_until([] { return fs::exists("printed"); }));
     close();
-    return content_of("told");
+    return content_of("printed");
   }
 };
 
-TEST_F(StartedBrowser, HasTheStandardStreamsAlone) {
+TEST_F(StartedBrowser, InheritsOnlyTheStandardStreams) {
   close_range(3, ~0U, CLOSE_RANGE_CLOEXEC);  // those of this process
-  // The last one is that of ls, for the directory.
-  EXPECT_EQ("0\n1\n2\n3\n", told_to("ls /proc/self/fd", {}));
+  // ls opens 3 to read the directory.
+  EXPECT_EQ("0\n1\n2\n3\n", printed_in_browser("ls /proc/self/fd", {}));
 }
 
-// Bit n - 1 stands for the signal n. The shell ignores SIGINT and SIGQUIT for
+// Bit n - 1 is the signal n. The shell ignores SIGINT and SIGQUIT for
 // what it runs in the background.
-TEST_F(StartedBrowser, IgnoresTheSignalsThatTheProgramWasToldToIgnore) {
+TEST_F(StartedBrowser, IgnoresTheSignalsThatTheProgramIgnoredAtStart) {
   const auto bit = [](int number) { return 1UL << (number - 1); };
   const auto own = bit(32) - 1;  // those above are the C library's
   const struct {
@@ -282,8 +282,9 @@ TEST_F(StartedBrowser, IgnoresTheSignalsThatTheProgramWasToldToIgnore) {
       {"--ignore-signal=PIPE", bit(SIGPIPE)},
   };
   for (const auto& c : cases) {
-    const std::string mask = told_to("sed -n 's/SigIgn://p' /proc/self/status",
-                                     {"--default-signal", c.option});
+    const std::string mask =
+        printed_in_browser("sed -n 's/SigIgn://p' /proc/self/status",
+                           {"--default-signal", c.option});
     EXPECT_EQ(bit(SIGINT) | bit(SIGQUIT) | c.ignored,
               std::stoul(mask, nullptr, 16) & own)
         << c.option;
@@ -292,7 +293,7 @@ TEST_F(StartedBrowser, IgnoresTheSignalsThatTheProgramWasToldToIgnore) {
 
 // --- The window before the search ---
 
-// A search below two links to the directory itself has no end.
+// Two links to the directory itself make the search practically endless.
 class EndlessSearch : public StartUpWithDisplay {
  protected:
   EndlessSearch() {
@@ -303,13 +304,13 @@ class EndlessSearch : public StartUpWithDisplay {
   const Words search = {"-r", "-e", "f90"};
 };
 
-TEST_F(EndlessSearch, TheWindowIsDrawnAlready) {
+TEST_F(EndlessSearch, StartsAfterTheWindowIsDrawn) {
   ASSERT_TRUE(open(search));
   EXPECT_TRUE(wait_until([this] { return window.is_drawn(); }));
   EXPECT_TRUE(program->running());
 }
 
-TEST_F(EndlessSearch, IsLeftOutWhenTheWindowIsClosedBeforeItIsDrawn) {
+TEST_F(EndlessSearch, IsSkippedWhenTheWindowIsClosedBeforeItIsDrawn) {
   const WindowsKeptOffTheScreen others;
   start(search);
   others.close_next();

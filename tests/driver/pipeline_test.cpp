@@ -41,7 +41,7 @@ class GenHtml : public testing::Test {
   }
   ~GenHtml() override { progress_hook = nullptr; }
 
-  // Runs over files; their slots stay as long as the test.
+  // Generates pages for files, whose slots live as long as the test.
   void run(const std::vector<std::string>& paths) {
     FileList& files = lists.emplace_back(paths);
     gen_html(files.count(), files.data());
@@ -61,7 +61,7 @@ class GenHtml : public testing::Test {
     return result;
   }
 
-  // The page of a source, without its frame.
+  // Checks the page of a source; the content excludes the frame of the page.
   void expect_page(const std::string& page, const std::string& title,
                    const std::string& content) {
     EXPECT_EQ(source_page(title, content, date_time),
@@ -78,7 +78,7 @@ class GenHtml : public testing::Test {
 
 using GenHtmlDeathTest = GenHtml;
 
-TEST_F(GenHtml, ReportsEveryPassOfOneFileThenTheIndexIfAsked) {
+TEST_F(GenHtml, ReportsThreePassesOverAFileAndThenTheIndex) {
   write_file("a.f90", "x\n");
   Reports expected = {{0.0, "a.f90"}, {0.3, "a.f90"}, {0.6, "a.f90"}};
   html_style &= ~static_cast<std::uint32_t>(WRITE_INDEX);
@@ -96,7 +96,7 @@ TEST_F(GenHtml, ReportsEveryPassOfOneFileThenTheIndexIfAsked) {
   EXPECT_TRUE(fs::exists("HTML/index.html"));
 }
 
-TEST_F(GenHtml, FractionsMultiplyFirstAndDivideThen) {
+TEST_F(GenHtml, MultipliesBeforeItDividesInFractions) {
   for (int count = 1; count <= 20; ++count) {
     progress_reports.clear();
     run(std::vector<std::string>(static_cast<std::size_t>(count), "missing"));
@@ -116,7 +116,7 @@ TEST_F(GenHtml, FractionsMultiplyFirstAndDivideThen) {
   }
 }
 
-TEST_F(GenHtml, WithoutFilesWritesTheIndexOfAnEmptyRegistryIfAsked) {
+TEST_F(GenHtml, WritesAnEmptyIndexWithoutFiles) {
   FileList old({"a.f90"});
   for (const int count : {0, -1}) {
     new Declaration(DT_PROGRAM, "old", old.slot(0), 1);
@@ -137,9 +137,9 @@ TEST_F(GenHtml, WithoutFilesWritesTheIndexOfAnEmptyRegistryIfAsked) {
   EXPECT_TRUE(fs::is_empty("HTML"));
 }
 
-// The window frees the paths once the run is over. Behind a long line the
-// passes count differently, so that no page shows the references to this unit.
-TEST_F(GenHtml, ReferencesAreWalkedWithoutThePathsAfterwards) {
+// The window frees the paths after a run. The passes count long lines
+// differently, so no page shows the references to this unit.
+TEST_F(GenHtml, LeavesReferencesThatDoNotNeedThePaths) {
   write_file("a.f90", std::string(1500, ' ') + "\nsubroutine a\nend\n");
   write_file("b.f90", "\n\ncall a\n");
   write_file("c.f90", "call a\ncall a\n");
@@ -152,7 +152,7 @@ TEST_F(GenHtml, ReferencesAreWalkedWithoutThePathsAfterwards) {
   EXPECT_EQ((std::vector<int>{2, 3, 1, 2}), lines);
 }
 
-TEST_F(GenHtml, ARunKnowsNothingOfTheOneBefore) {
+TEST_F(GenHtml, ForgetsTheUnitsOfThePreviousRun) {
   write_file("a.f90", "module old\nend\n");
   write_file("b.f90", "use old\nprogram new\nend\n");
   run({"a.f90"});
@@ -165,9 +165,9 @@ TEST_F(GenHtml, ARunKnowsNothingOfTheOneBefore) {
   EXPECT_NE(std::string::npos, index().find(">new<"));
 }
 
-// The third run has whatever is kept from one run to the next. A block that is
-// lost in each run takes at least 16 bytes.
-TEST_F(GenHtml, AHundredRunsTakeNoMoreMemoryThanThree) {
+// After three runs, everything that is kept between runs is allocated. A block
+// that is lost in each run takes at least 16 bytes.
+TEST_F(GenHtml, TakesNoMoreMemoryAfterAHundredRunsThanAfterThree) {
   write_file("a.f90", "subroutine s\nx = t(\"s\") ! s\nend subroutine s\n");
   write_file("b.f90", "interface s\nend\nfunction t\ncall s & \n()\nend\n");
   FileList files({"a.f90", "b.f90", "missing.f90"});
@@ -180,9 +180,9 @@ TEST_F(GenHtml, AHundredRunsTakeNoMoreMemoryThanThree) {
   EXPECT_GT(after_three + 97 * 16, heap_in_use());
 }
 
-// What is freed is overwritten, so whoever uses it then breaks down. Small
-// blocks are not: the references take more than that.
-TEST_F(GenHtmlDeathTest, TheUnitsOfTheLastRunMayOutliveTheRunsTillTheEnd) {
+// Freed memory is overwritten, so a later use of it crashes. Small blocks are
+// not overwritten, but the references take large ones.
+TEST_F(GenHtmlDeathTest, UnitsOfTheLastRunCanOutliveAllRuns) {
   std::string text = "subroutine s\n";
   for (int i = 0; i < 1000; ++i) text += "call s\n";
   write_file("a.f90", text);
@@ -195,9 +195,9 @@ TEST_F(GenHtmlDeathTest, TheUnitsOfTheLastRunMayOutliveTheRunsTillTheEnd) {
       testing::ExitedWithCode(0), "");
 }
 
-// Both units stand on line 1 of the same path, but in two slots; the page that
-// is written last is that of the second slot.
-TEST_F(GenHtml, APathListedTwiceIsProcessedTwiceInEachPass) {
+// Both units are on line 1 of the same path, but in two slots. The page of the
+// second slot is written last.
+TEST_F(GenHtml, ProcessesAPathListedTwiceTwiceInEachPass) {
   write_file("a.f90", "subroutine s\nend subroutine s\n");
   verbose = 1;
   EXPECT_EQ(
@@ -223,7 +223,7 @@ TEST_F(GenHtml, APathListedTwiceIsProcessedTwiceInEachPass) {
           "\n");
 }
 
-TEST_F(GenHtml, MissingFilesAreSkippedButReportedAsTheyStandInTheList) {
+TEST_F(GenHtml, SkipsMissingFilesButReportsTheirPathsUnchanged) {
   write_file("b.f90", "x\n");
   const std::string missing = "./100%s/../x @y.f90";
   verbose = 1;
@@ -242,7 +242,7 @@ TEST_F(GenHtml, MissingFilesAreSkippedButReportedAsTheyStandInTheList) {
   expect_page(page_b, "b.f90", "x\n");
 }
 
-TEST_F(GenHtml, ReportsFollowTheWorkTheyStandFor) {
+TEST_F(GenHtml, ReportsEachPassAfterItsWork) {
   write_file("a.f90", "module m\nend module m\n");
   std::string seen;
   progress_hook = [&seen](const ProgressReport&) {
@@ -258,7 +258,7 @@ TEST_F(GenHtml, ReportsFollowTheWorkTheyStandFor) {
   EXPECT_EQ("d dc dcp dcp dcpi ", seen);
 }
 
-TEST_F(GenHtml, AllPagesCarryTheTimeOfTheStart) {
+TEST_F(GenHtml, ShowsTheStartTimeOnAllPages) {
   write_file("a.f90", "x\n");
   write_file("b.f90", "y\n");
   date_time = 0;
@@ -278,7 +278,7 @@ TEST_F(GenHtml, AllPagesCarryTheTimeOfTheStart) {
   EXPECT_EQ(tail, index().substr(index().size() - tail.size()));
 }
 
-TEST_F(GenHtml, SettingsAreReadWhenTheyAreNeeded) {
+TEST_F(GenHtml, ReadsSettingsWhenItNeedsThem) {
   write_file("a.f90", "if\n");
   fs::create_directory("late");
   progress_hook = [](const ProgressReport& report) {
@@ -295,8 +295,8 @@ TEST_F(GenHtml, SettingsAreReadWhenTheyAreNeeded) {
   EXPECT_TRUE(fs::is_empty("HTML"));
 }
 
-// In fixed form a line that begins with "c" is a comment, and "!" opens none.
-TEST_F(GenHtml, EveryPassTakesFilesForFreeForm) {
+// In fixed form a line that begins with "c" is a comment, and "!" starts none.
+TEST_F(GenHtml, TreatsFilesAsFreeFormInEveryPass) {
   write_file("a.f90", "\ncall s\nc s\nend\n");
   write_file("b.f90", "module ! x\nsubroutine s\nend\n");
   html_style |= HIDE_STRINGS_AND_COMMENTS;

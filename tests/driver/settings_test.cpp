@@ -41,7 +41,7 @@ struct Settings {
   std::time_t time_after_initialisation = std::time(nullptr);
 };
 
-// The settings as the program starts with them, whatever tests do later.
+// The settings at the start of the program, before a test changes them.
 static const Settings& initial_settings() {
   static const Settings settings;
   return settings;
@@ -54,7 +54,7 @@ class InitialSettings : public testing::Environment {
 static const auto* const initial =
     testing::AddGlobalTestEnvironment(new InitialSettings);
 
-TEST(Settings, HaveTheseValuesAtFirst) {
+TEST(Settings, StartWithTheirDefaults) {
   const Settings& first = initial_settings();
   EXPECT_EQ(8226u, first.style);
   EXPECT_EQ("HTML", first.dir);
@@ -103,7 +103,7 @@ class SettingsInARun : public testing::Test {
   std::size_t references = 0;
 };
 
-TEST_F(SettingsInARun, InitialStyleWritesTheIndexHighlightsAndHidesNothing) {
+TEST_F(SettingsInARun, InitialStyleWritesTheIndexWithoutHighlightingOrHiding) {
   html_style = initial_settings().style;
   for (const Syntax* entry = Syntax::first; entry; entry = entry->next)
     EXPECT_EQ(nullptr, isSyntax(entry->word)) << entry->word;

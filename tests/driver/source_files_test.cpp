@@ -17,7 +17,7 @@ namespace {
 
 using Paths = std::vector<std::string>;
 
-// The set is a copy, so that the caller's stays as it is.
+// The set is passed by value, so the caller's set does not change.
 static_assert(std::is_same_v<decltype(collect_files),
                              Paths(const char*, std::set<std::string>, bool)>);
 
@@ -69,16 +69,16 @@ const struct {
     {{"x.f90", "x.f95", "y.*"}, "./", {"*", "f9?", "f9[05]"}, false, {"./y.*"}},
     {{"Makefile", "x.", "x.f90", "d.x/noext"}, "./", {""}, true,
      {"./Makefile", "./x.", "./d.x/noext"}},
-    // names stay as they are
+    // names are not changed
     {{"a b.f90", "100%s.f90", "@x.f90", "d/\xe9.f90"}, "./", {"f90"}, true,
      {"./100%s.f90", "./@x.f90", "./a b.f90", "./d/\xe9.f90"}},
-    // what cannot be listed yields nothing
+    // directories that cannot be listed yield nothing
     {{"file.f90"}, "missing/", {"f90"}, true, {}},
     {{"file.f90"}, "file.f90/", {"f90"}, true, {}},
 };
 // clang-format on
 
-TEST_F(CollectFiles, FindsTheseFiles) {
+TEST_F(CollectFiles, ReturnsFilesWithTheExtensionsInOrder) {
   for (const auto& c : cases) {
     const TemporaryFolder of_the_case;
     write_files(c.files);
@@ -95,15 +95,15 @@ TEST_F(CollectFiles, FollowsLinks) {
             collect_files("start/", {"f90"}, true));
 }
 
-TEST_F(CollectFiles, JudgesAnEntryWithoutStatusByItsExtension) {
+TEST_F(CollectFiles, TreatsAnEntryWithoutStatusAsAFile) {
   fs::create_symlink("nothing", "gone.f90");
   fs::create_symlink("nothing", "gone.txt");
   EXPECT_EQ((Paths{"./gone.f90"}), collect_files("./", {"f90"}, true));
 }
 
-// The system's limit on links in a path is what ends the search: the link
-// beyond it has no status and so is no directory.
-TEST_F(CollectFiles, FollowsALinkToAnAncestorUntilTheSystemRefuses) {
+// The system's limit on links in a path ends the search: the next link has no
+// status, so it is not a directory.
+TEST_F(CollectFiles, FollowsALinkToAnAncestorUpToTheSystemsLimit) {
   write_files({"sub/x.f90"});
   fs::create_directory_symlink("..", "sub/up");
   const Paths files = collect_files("./", {"f90"}, true);
@@ -116,9 +116,9 @@ TEST_F(CollectFiles, FollowsALinkToAnAncestorUntilTheSystemRefuses) {
   }
 }
 
-// Of a directory without the right to search it the names can be listed, but
-// nothing can be told of what bears them.
-TEST_F(CollectFiles, RightsThatAreMissingHideNothingElse) {
+// A directory without search permission can be listed, but its entries have no
+// status.
+TEST_F(CollectFiles, ContinuesAfterADirectoryWithoutPermission) {
   write_files({"a/x.f90", "locked/y.f90", "r/x.f90", "r/y.txt",
                "r/dir.f90/z.f90", "z/z.f90"});
   fs::permissions(folder.path(), fs::perms(0755));

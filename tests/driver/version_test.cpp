@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-// The month is told from its letters alone; an unknown one counts as January,
-// a missing number as zero.
+// Only the letters of the word decide the month. An unknown month counts as
+// January, and a missing number as zero.
 TEST(VersionText, JoinsYearThirdOfTheYearAndDay) {
   const struct {
     const char* date;
@@ -33,8 +33,8 @@ TEST(VersionText, JoinsYearThirdOfTheYearAndDay) {
     EXPECT_EQ(c.version, version_text(c.date)) << c.date;
 }
 
-// This program is built as of 1 March 2009.
-TEST(BuildDate, MayBeGivenFromOutside) {
+// This program is built with the date 1 March 2009.
+TEST(BuildDate, CanBeSetWhenTheProgramIsBuilt) {
   EXPECT_STREQ("Mar  1 2009", build_date());
   EXPECT_EQ("2009", build_year());
 }
