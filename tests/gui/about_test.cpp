@@ -41,14 +41,14 @@ int width_to(const std::string& text, std::size_t end) {
   return static_cast<int>(width);
 }
 
-// Deliberate: also at a line end the line is taken to end before its last word,
-// which then takes room from the next one.
-TEST(EstNumLines, CountsLineEndsAndWhereWordsAreTooWide) {
-  const int far = -1000;  // so much wider that nothing has to be broken
+// Deliberate: even at a line end the line ends before its last word, which then
+// takes room on the next line.
+TEST(EstNumLines, CountsLineEndsAndWordsThatOverflow) {
+  const int far = -1000;  // so wide that no line breaks
   const struct {
     std::string text;
     std::size_t from, to;  // the box is as wide as these characters
-    int narrower;          // less so many pixels
+    int narrower;          // in pixels
     int count;
   } rows[] = {
       // The last line counts only with a line end.
@@ -70,21 +70,21 @@ TEST(EstNumLines, CountsLineEndsAndWhereWordsAreTooWide) {
       {"aa bb cc dd", 0, 8, 0, 1},
       {"aaaa bb cc", 4, 10, 0, 1},
       {"aaaa bb cc", 4, 10, 1, 2},
-      // A word wider than the box is a line of its own.
+      // A word wider than the box is a whole line.
       {"wwwwwwwwww", 0, 10, 0, 0},
       {"wwwwwwwwww", 0, 10, 1, 1},
       {"wwwwwwwwww aa", 0, 10, 1, 1},
       {"aa wwwwwwwwww bb", 3, 13, 1, 2},
       {"wwwwwwwwww wwwwwwwwww wwwwwwwwww", 0, 10, 1, 3},
       {std::string(1000, 'w'), 0, 50, 0, 1},
-      // The last word before a line end counts for the next line, too.
+      // The last word before a line end also counts for the next line.
       {"aa bb\ncc", 2, 8, 0, 1},
       {"aa bb\ncc", 2, 8, 1, 2},
       {"aa\ncc", 2, 5, 0, 1},
       {"aaaa bb\n", 0, 7, 1, 1},
       {"aaaa bb\ncc", 0, 7, 1, 1},
       {"a\naa bb cc", 2, 10, 1, 2},
-      // All white space ends words, and nothing else.
+      // Only white space ends words.
       {"aaa\tbbb cccc", 0, 7, 1, 2},
       {"aaa\vbbb cccc", 0, 7, 1, 2},
       {"aaa\fbbb cccc", 0, 7, 1, 2},
@@ -126,7 +126,7 @@ class Picture {
   std::vector<char*> rows;
 };
 
-// The height of a text block of so many counted lines.
+// The height of the text block for a number of counted lines.
 int block_height(int lines) {
   fl_font(FL_HELVETICA, font_size);
   return (2 * lines + 1) * fl_height() / 2;
@@ -166,7 +166,7 @@ class About : public testing::Test {
   Fl_Window parent{301, 203, 333, 277, "parent"};
 };
 
-TEST_F(About, TellsWhetherOkayWasPressed) {
+TEST_F(About, ReturnsTrueOnlyWhenOkayWasPressed) {
   EXPECT_TRUE(about({20, 10}, "text"));
   EXPECT_FALSE(answered({20, 10}, "text", [](Fl_Window& window) {
     click(*button_of(window, "cancel"));
@@ -178,7 +178,7 @@ TEST_F(About, TellsWhetherOkayWasPressed) {
   }));
 }
 
-TEST_F(About, IsADialogOverItsParentWithLogoTitleAndText) {
+TEST_F(About, ShowsLogoTitleAndTextOverItsParent) {
   about({20, 10}, "one @two\nthree\n", [&](Fl_Dialog& dialog) {
     const int h = 10 + 25 + block_height(2) + 70;
     // The parent's middle is 301 + 166, 203 + 138.
@@ -211,7 +211,7 @@ TEST_F(About, IsADialogOverItsParentWithLogoTitleAndText) {
   });
 }
 
-TEST_F(About, LogoIsCentredOverABlockOf400PixelsOrWidensIt) {
+TEST_F(About, CentresANarrowLogoAndWidensForAWideOne) {
   const struct {
     int logo, x, block;
   } rows[] = {{180, 120, 400}, {33, 193, 400}, {400, 10, 400}, {401, 10, 401}};
@@ -225,8 +225,8 @@ TEST_F(About, LogoIsCentredOverABlockOf400PixelsOrWidensIt) {
     });
 }
 
-// One step at a time: between two of them the toolkit has its turn.
-TEST_F(About, TextIsMarkedByTheMouseButPassedOverByTheTabKey) {
+// The toolkit handles events between two steps.
+TEST_F(About, TextTakesTheFocusByMouseButNotByTheTabKey) {
   std::vector<std::string> focus;
   answered({20, 10}, "one\n", [&, step = 0](Fl_Window& window) mutable {
     auto& dialog = dynamic_cast<Fl_Dialog&>(window);
@@ -257,7 +257,7 @@ TEST_F(About, TextIsMarkedByTheMouseButPassedOverByTheTabKey) {
             focus);
 }
 
-// A word of so many pixels: m's, then another letter again and again.
+// A word of a width in pixels: m's, then another letter repeated.
 std::string word_of(int width) {
   fl_font(FL_HELVETICA, font_size);
   const auto excess = [&](const std::string& word) {
@@ -271,8 +271,8 @@ std::string word_of(int width) {
   return "";
 }
 
-// Whatever font is current, and however wide the logo is.
-TEST_F(About, BlockIsHalfALineHigherThanTheLinesOf394Pixels) {
+// The current font and the width of the logo do not matter.
+TEST_F(About, TextBlockIsHalfALineHigherThanItsCountedLines) {
   const struct {
     std::string text;
     int lines;
@@ -291,8 +291,8 @@ TEST_F(About, BlockIsHalfALineHigherThanTheLinesOf394Pixels) {
     }
 }
 
-// Reads one of several waiting bytes for each event and notes whether the box
-// was there already.
+// Four events, each of which reads a byte. Counts those that are handled before
+// the box is shown, and those after.
 struct PendingEvents {
   PendingEvents() {
     if (pipe(ends) != 0 || write(ends[1], "abcd", 4) != 4) abort();
@@ -314,7 +314,7 @@ struct PendingEvents {
   int after = 0;
 };
 
-TEST_F(About, WaitsHalfASecondForEventsAndDealsWithThoseThatArePending) {
+TEST_F(About, WaitsHalfASecondAndHandlesPendingEventsFirst) {
   using Clock = std::chrono::steady_clock;
   while (Fl::ready()) Fl::check();
   Clock::duration waited{};

@@ -36,7 +36,7 @@ TEST(Dialog, IsCentredOnItsPointAndKeepsItsSize) {
   }
 }
 
-// A part of the dialog as the toolkit makes it but for these settings.
+// The settings of a part of the dialog that differ from the defaults.
 struct Part {
   const std::type_info& type;
   Place place;
@@ -51,7 +51,7 @@ void expect_part(const Part& part, const Fl_Widget& widget) {
   EXPECT_EQ(part.box, widget.box());
 }
 
-TEST(Dialog, HoldsWorkAreaSeparatorAndRowOfButtons) {
+TEST(Dialog, ContainsWorkAreaSeparatorAndButtonRow) {
   Fl_Window open(10, 10, 500, 400);
   Fl_Dialog dialog(640, 512, 420, 310, "Question");
   EXPECT_EQ(nullptr, dialog.parent());
@@ -120,7 +120,7 @@ class DialogRun : public testing::Test {
   Fl_Dialog dialog{640, 512, 320, 200, "Question"};
 };
 
-TEST_F(DialogRun, OkayAnswersOneAndCancelZero) {
+TEST_F(DialogRun, ReturnsOneForOkayAndZeroForCancel) {
   for (int i = 0; i < 2; ++i)
     for (const int answer : {1, 0}) {
       EXPECT_EQ(answer, run([&](Fl_Window& window) {
@@ -133,7 +133,7 @@ TEST_F(DialogRun, OkayAnswersOneAndCancelZero) {
     }
 }
 
-TEST_F(DialogRun, ClosedByTheWindowManagerAnswersZero) {
+TEST_F(DialogRun, ReturnsZeroWhenTheWindowManagerClosesIt) {
   bool closed = false;
   EXPECT_EQ(0, run([&](Fl_Window& window) {
               if (!closed) close_by_window_manager(window);
@@ -142,8 +142,8 @@ TEST_F(DialogRun, ClosedByTheWindowManagerAnswersZero) {
   EXPECT_FALSE(dialog.shown());
 }
 
-// Both Return and Enter bring the character of a line end.
-TEST_F(DialogRun, KeysAnswerWhicheverButtonHasTheFocus) {
+// Both Return and Enter send the character of a line end.
+TEST_F(DialogRun, AcceptsKeysWhicheverButtonHasTheFocus) {
   for (const char* focus : {"cancel", "okay"})
     for (const int key : {FL_Enter, FL_KP_Enter, int{FL_Escape}, int{' '}}) {
       const int answer =
@@ -157,7 +157,7 @@ TEST_F(DialogRun, KeysAnswerWhicheverButtonHasTheFocus) {
     }
 }
 
-TEST_F(DialogRun, OtherWidgetsAreNoAnswer) {
+TEST_F(DialogRun, IgnoresOtherWidgets) {
   dialog.work_area()->begin();
   Fl_Button other(10, 10, 60, 25, "other");
   dialog.work_area()->end();
@@ -175,7 +175,7 @@ TEST_F(DialogRun, OtherWidgetsAreNoAnswer) {
   dialog.work_area()->remove(other);
 }
 
-TEST_F(DialogRun, FirstOfSeveralAnswersCountsAndTheRestStaysQueued) {
+TEST_F(DialogRun, ReturnsTheFirstAnswerAndLeavesTheRestQueued) {
   EXPECT_EQ(0, run([&](Fl_Window&) {
               button("cancel").do_callback();
               button("okay").do_callback();
@@ -183,7 +183,7 @@ TEST_F(DialogRun, FirstOfSeveralAnswersCountsAndTheRestStaysQueued) {
   EXPECT_EQ(&button("okay"), Fl::readqueue());
 }
 
-TEST_F(DialogRun, AnswerThatIsQueuedAlreadyIsTaken) {
+TEST_F(DialogRun, AcceptsAnAnswerThatIsAlreadyQueued) {
   button("okay").do_callback();
   const ModalWatcher watcher([&](Fl_Window&) {
     ADD_FAILURE() << "waited";

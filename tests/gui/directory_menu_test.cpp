@@ -52,7 +52,7 @@ TEST_F(DirMenu, NamesTheDirectoryAndItsParents) {
   }
 }
 
-TEST_F(DirMenu, ItemsAreTheNamesAsTheyAre) {
+TEST_F(DirMenu, KeepsSpecialCharactersInItems) {
   const char* names[] = {"_hidden", "__init__", "_",    "a\\b",  "\\",
                          "\\_x",    "_\\",      "a\\",  "R&D",   "&",
                          "me@home", "@b",       "a|b",  "a\tb",  "100%",

@@ -1,5 +1,4 @@
 #include <FL/Fl.H>
-#include <FL/Fl_Button.H>
 #include <FL/Fl_Multi_Browser.H>
 #include <gtest/gtest.h>
 
@@ -35,10 +34,10 @@ class ClickDirectory : public MainWindowTest {
   const MessageBoxes boxes;
 };
 
-// Every "@" and the character after it belong to the prefix, in the names of
-// files, too. Deliberate: from a text that ends in "/", ".." only takes that
-// away, and it never leads to the root.
-TEST_F(ClickDirectory, LeadsToTheDirectory) {
+// Every "@" and the character after it belong to the prefix, even in the names
+// of files. Deliberate: in a text that ends in "/", ".." only removes that "/",
+// and it never leads to the root.
+TEST_F(ClickDirectory, EntersTheDirectory) {
   const struct {
     Texts files;
     const char* from;
@@ -80,7 +79,7 @@ TEST_F(ClickDirectory, LeadsToTheDirectory) {
   EXPECT_EQ(path_of(""), directory());
 }
 
-TEST_F(ClickDirectory, FilesAndNothingAreNoDirectory) {
+TEST_F(ClickDirectory, IgnoresLinesThatAreNotDirectories) {
   write_file("a", "");
   fs::create_directories("src");
   build();
@@ -91,7 +90,7 @@ TEST_F(ClickDirectory, FilesAndNothingAreNoDirectory) {
   EXPECT_EQ(path_of(""), directory());
 }
 
-TEST_F(ClickDirectory, DirectoryAmongOtherSelectedLinesIsDropped) {
+TEST_F(ClickDirectory, DropsADirectoryWhenOtherLinesAreSelected) {
   for (const char* name : {"a", "b", "c"}) write_file(name, "");
   for (const char* name : {"d", "me@home", "50%s", "\xe9"})
     fs::create_directories(name);
@@ -147,7 +146,7 @@ class UserInDirectory : public MainWindowTest {
     EXPECT_EQ(here_lines, potential());
   }
 
-  // The refill waits for the end of the event, and then comes.
+  // The list is refilled after the end of the event.
   void expect_change_after_event(const std::string& path) {
     expect_still_here();
     EXPECT_TRUE(comes_true([&] { return directory() == path; })) << directory();
@@ -156,9 +155,9 @@ class UserInDirectory : public MainWindowTest {
   const Texts here_lines = {"@b.", "@b..", "@bd1", "@bd2", "f1", "f2", "f3"};
 };
 
-// The button is still down when the list is refilled: moving on must neither
-// select nor enter anything.
-TEST_F(UserInDirectory, MouseSelectsDropsOrEnters) {
+// The button is still down when the list is refilled: a further move must
+// neither select nor enter anything.
+TEST_F(UserInDirectory, MouseSelectsLinesAndDropsOrEntersDirectories) {
   enum When { NEVER, AT_ONCE, AFTER_EVENT };
   const struct {
     Lines selected;
@@ -170,20 +169,20 @@ TEST_F(UserInDirectory, MouseSelectsDropsOrEnters) {
     When when;
     const char* entered;
   } cases[] = {
-      // A click: what it deselects before does not count.
+      // A click: lines that it deselects do not count.
       {{}, 0, 3, 0, {}, {}, AT_ONCE, "d1"},
       {{5, 6}, 0, 4, 0, {}, {}, AT_ONCE, "d2"},
       {{}, FL_CTRL, 4, 0, {}, {}, AT_ONCE, "d2"},
       {{5}, FL_CTRL, 3, 0, {"d1"}, {5}, NEVER, ""},
       {{7}, FL_CTRL, 3, 0, {}, {}, AT_ONCE, "d1"},
       {{3}, FL_CTRL, 3, 0, {}, {}, AT_ONCE, "d1"},
-      // A range: d2 is met before d1, alone but for the last line.
+      // A range: the toolkit selects d2 before d1.
       {{-3}, FL_SHIFT, 3, 0, {}, {3}, AFTER_EVENT, "d1"},
       {{7}, FL_SHIFT, 3, 0, {"d1"}, {4, 5, 6, 7}, AFTER_EVENT, "d2"},
       {{5}, FL_SHIFT, 7, 0, {}, {5, 6, 7}, NEVER, ""},
       {{5}, FL_SHIFT, 3, 0, {"d2", "d1"}, {5}, NEVER, ""},
       {{3, 5, 2}, FL_SHIFT, 5, 0, {".."}, {}, AFTER_EVENT, "d1"},
-      // A drag: one with Ctrl deselects.
+      // A drag: with Ctrl it deselects.
       {{}, 0, 5, 4, {"d2"}, {5}, NEVER, ""},
       {{}, 0, 7, 4, {}, {4, 5, 6, 7}, AFTER_EVENT, "d2"},
       {{3, 4, 5}, FL_CTRL, 5, 3, {}, {}, AFTER_EVENT, "d2"},
@@ -233,7 +232,7 @@ TEST_F(UserInDirectory, MouseSelectsDropsOrEnters) {
   }
 }
 
-TEST_F(UserInDirectory, KeysSelectOrEnterAfterTheEvent) {
+TEST_F(UserInDirectory, KeysSelectLinesAndEnterDirectoriesAfterTheEvent) {
   const struct {
     Lines selected;
     int modifiers;
@@ -257,8 +256,8 @@ TEST_F(UserInDirectory, KeysSelectOrEnterAfterTheEvent) {
   }
 }
 
-// The box is gone, and the list's event has yet to go on.
-TEST_F(UserInDirectory, NothingRefillsTheListAsTheMessageBoxCloses) {
+// The box is closed, but the list has not finished its event.
+TEST_F(UserInDirectory, ListIsNotRefilledWhileTheMessageBoxCloses) {
   click(list(), 5);
   {
     bool clicked = false;

@@ -19,8 +19,8 @@ namespace {
 
 // --- change_dir_to ---
 
-// What follows a change of directory: the current directory, the menu's label
-// and its first items.
+// What a change of directory changes: the current directory, the label and the
+// items of the menu, and the list.
 class ChangeDir : public MainWindowTest {
  protected:
   void SetUp() override {
@@ -47,7 +47,7 @@ class ChangeDir : public MainWindowTest {
   const Texts src_lines = {"@b.", "@b..", "@bdeep"};
 };
 
-TEST_F(ChangeDir, TakesTheToolkitsAbsoluteForm) {
+TEST_F(ChangeDir, StoresTheToolkitsAbsoluteForm) {
   const struct {
     const char* dir;
     const char* current;
@@ -77,7 +77,7 @@ TEST_F(ChangeDir, TakesTheToolkitsAbsoluteForm) {
   EXPECT_EQ(Texts{}, items_of(*ui.dir_menu_button));
 }
 
-TEST_F(ChangeDir, WhatCannotBeListedChangesNothing) {
+TEST_F(ChangeDir, ChangesNothingWhenADirectoryCannotBeListed) {
   go_to("src");
   fs::create_symlink("loop", "loop");
   const std::string deep = std::string(200, 'd') + "/" + std::string(200, 'e');
@@ -92,7 +92,7 @@ TEST_F(ChangeDir, WhatCannotBeListedChangesNothing) {
   EXPECT_EQ(Texts{}, boxes.seen());
 }
 
-TEST_F(ChangeDir, AbsolutePathsAreCutTo255Characters) {
+TEST_F(ChangeDir, CutsAbsolutePathsTo255Characters) {
   const std::string name(255 - path_of("").size(), 'd');
   write_file(name + "/inside", "");
   go_to(path_of(name) + "xyz");
@@ -100,9 +100,9 @@ TEST_F(ChangeDir, AbsolutePathsAreCutTo255Characters) {
   EXPECT_EQ((Texts{"@b.", "@b..", "inside"}), potential());
 }
 
-// Of the working directory's absolute form, which ends in "/", 255 characters
-// are kept; a longer one the toolkit cannot tell at all.
-TEST_F(ChangeDir, WorkingDirectoriesOfAbout255CharactersAreListed) {
+// The absolute form of the working directory ends in "/" and is cut to 255
+// characters. The toolkit does not find that of a longer one.
+TEST_F(ChangeDir, ListsWorkingDirectoriesOfAbout255Characters) {
   for (const std::size_t length : {253u, 254u, 255u, 256u, 257u}) {
     const std::string name(length - path_of("").size(), 'd');
     write_file(name + "/inside", "");
@@ -118,7 +118,7 @@ TEST_F(ChangeDir, WorkingDirectoriesOfAbout255CharactersAreListed) {
 
 // --- store_current_directory ---
 
-TEST_F(ChangeDir, LongestCurrentDirectoryHas2047Characters) {
+TEST_F(ChangeDir, StoresAtMost2047CharactersOfTheDirectory) {
   Texts alerts;
   for (const std::size_t length : {2047u, 2048u, 2049u, 10000u}) {
     const MessageBoxes boxes;
@@ -130,6 +130,8 @@ TEST_F(ChangeDir, LongestCurrentDirectoryHas2047Characters) {
         " maximum length is 2047"};
   }
   store_current_directory(&ui, "/abc/def");
+  store_current_directory(&ui, ui.current_directory);
+  EXPECT_EQ("/abc/def", directory());
   store_current_directory(&ui, ui.current_directory + 4);
   EXPECT_EQ("/def", directory());
   store_current_directory(&ui, "");
@@ -140,7 +142,7 @@ TEST_F(ChangeDir, LongestCurrentDirectoryHas2047Characters) {
 
 using ChangeDirByMenu = MainWindowTest;
 
-// Deliberate: the last place of the name's text counts, also inside a name.
+// Deliberate: the last occurrence of the text counts, even inside a name.
 TEST_F(ChangeDirByMenu, GoesToTheChosenParent) {
   const struct {
     const char* from;
@@ -166,7 +168,7 @@ TEST_F(ChangeDirByMenu, GoesToTheChosenParent) {
   }
 }
 
-TEST_F(ChangeDirByMenu, WithoutAChoiceOrTheParentNothingChanges) {
+TEST_F(ChangeDirByMenu, ChangesNothingWithoutAChoiceOrAnExistingParent) {
   fs::create_directories("home/src");
   build();
   go_to("home/src");
@@ -180,7 +182,7 @@ TEST_F(ChangeDirByMenu, WithoutAChoiceOrTheParentNothingChanges) {
 
 using ChangeDirByMenuDeathTest = ChangeDirByMenu;
 
-TEST_F(ChangeDirByMenuDeathTest, NameThatIsNotInTheCurrentDirectoryAborts) {
+TEST_F(ChangeDirByMenuDeathTest, AbortsOnANameThatIsNotInTheCurrentDirectory) {
   build();
   ui.dir_menu_button->add("no such name", 0, nullptr);
   EXPECT_DEATH(pick("no such name"),
@@ -189,7 +191,7 @@ TEST_F(ChangeDirByMenuDeathTest, NameThatIsNotInTheCurrentDirectoryAborts) {
 
 // --- a change that waits for the end of its event ---
 
-// Other events may be dealt with before it comes.
+// Other events may be handled before it happens.
 class WaitingChange : public MainWindowTest {
  protected:
   void SetUp() override {
@@ -201,7 +203,7 @@ class WaitingChange : public MainWindowTest {
     Fl::check();
   }
 
-  // A click with shift, after which the change to d1 waits.
+  // A click with Shift, after which the change to d1 waits.
   void ask_for_d1() {
     Fl_Multi_Browser& list = *ui.potential_files;
     const int line = line_of(list, "@bd1");
@@ -216,7 +218,7 @@ class WaitingChange : public MainWindowTest {
   }
 };
 
-TEST_F(WaitingChange, ComesBeforeFilesAreAddedAndOnce) {
+TEST_F(WaitingChange, HappensOnceBeforeFilesAreAdded) {
   ask_for_d1();
   click(*ui.add_button);
   expect_in_d1();
@@ -227,7 +229,7 @@ TEST_F(WaitingChange, ComesBeforeFilesAreAddedAndOnce) {
   EXPECT_EQ(path_of("here"), directory());
 }
 
-TEST_F(WaitingChange, IsDroppedForTheParentChosenAfterIt) {
+TEST_F(WaitingChange, IsDiscardedWhenAParentIsChosen) {
   ask_for_d1();
   pick(folder.path().filename());
   EXPECT_EQ(folder.path(), directory());
@@ -235,7 +237,7 @@ TEST_F(WaitingChange, IsDroppedForTheParentChosenAfterIt) {
   EXPECT_EQ(folder.path(), directory());
 }
 
-// It would free the items that are on screen.
+// The change would free the items that are on screen.
 TEST_F(WaitingChange, WaitsWhileTheDirectoryMenuIsOpen) {
   const Texts items = items_of(*ui.dir_menu_button);
   ask_for_d1();

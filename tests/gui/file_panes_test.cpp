@@ -11,7 +11,6 @@
 
 #include "gui/special_browser.h"
 #include "tests/gui/main_window_fixture.h"
-#include "tests/gui/user.h"
 #include "tests/support/ordinary_user.h"
 
 namespace fs = std::filesystem;
@@ -37,7 +36,7 @@ class FillFiles : public MainWindowTest {
 
 // Directories come in bold before files, each in the toolkit's order. The paths
 // of selected files are compared as texts.
-TEST_F(FillFiles, ListsDirectoriesThenFilesThatAreNotSelected) {
+TEST_F(FillFiles, ListsDirectoriesBeforeUnselectedFiles) {
   const std::string deep = std::string(200, 'd') + "/" + std::string(200, 'e');
   const std::string name(250, 'f');
   const struct {
@@ -88,7 +87,7 @@ TEST_F(FillFiles, ListsDirectoriesThenFilesThatAreNotSelected) {
   }
 }
 
-TEST_F(FillFiles, LinksCountAsWhatTheyLeadTo) {
+TEST_F(FillFiles, TreatsLinksAsTheirTargets) {
   fs::create_directories("d/real");
   fs::create_directory_symlink("real", "d/to_directory");
   fs::create_symlink("nowhere", "d/to_nothing");
@@ -97,7 +96,7 @@ TEST_F(FillFiles, LinksCountAsWhatTheyLeadTo) {
             lines());
 }
 
-TEST_F(FillFiles, WhatCannotBeListedLeavesTheListAsItIs) {
+TEST_F(FillFiles, LeavesTheListUnchangedWhenADirectoryCannotBeListed) {
   write_file("file", "");
   write_file("locked/a", "");
   fs::create_symlink("loop", "loop");
@@ -132,7 +131,7 @@ TEST_F(FilePanes, AlreadyIncludedComparesWholeTexts) {
     EXPECT_FALSE(already_included(path)) << path;
 }
 
-TEST_F(FilePanes, SelectCountLeavesOutTheLastLine) {
+TEST_F(FilePanes, SelectCountIgnoresTheLastLine) {
   const struct {
     int lines;
     Lines selected;
@@ -164,7 +163,7 @@ class MoveFiles : public MainWindowTest {
     go_to(folder.path());
   }
   bool can_generate() const { return ui.generate_button->active() != 0; }
-  // The entries of the directory beside "." and "..".
+  // The entries do not include "." and "..".
   void expect(Texts entries, const Texts& paths) const {
     entries.insert(entries.begin(), {"@b.", "@b.."});
     EXPECT_EQ(entries, potential());
@@ -176,7 +175,7 @@ class MoveFiles : public MainWindowTest {
   }
 };
 
-TEST_F(MoveFiles, SelectedEntriesMoveInTheirOrderAndBack) {
+TEST_F(MoveFiles, MovesEntriesInListOrderAndBack) {
   EXPECT_FALSE(can_generate());
   add({"c", "a"});
   expect({"@bsub", "b"}, {path_of("a"), path_of("c")});
@@ -189,7 +188,7 @@ TEST_F(MoveFiles, SelectedEntriesMoveInTheirOrderAndBack) {
   EXPECT_FALSE(can_generate());
 }
 
-TEST_F(MoveFiles, SelectedFilesAreNeverSorted) {
+TEST_F(MoveFiles, NeverSortsSelectedFiles) {
   add({"c"});
   go_to(path_of("sub"));
   add({"d"});
@@ -199,7 +198,7 @@ TEST_F(MoveFiles, SelectedFilesAreNeverSorted) {
   expect({"@bsub", "b"}, {path_of("c"), path_of("sub/d"), path_of("a")});
 }
 
-TEST_F(MoveFiles, OneTrailingSlashOfTheDirectoryIsLeftOut) {
+TEST_F(MoveFiles, DropsOneTrailingSlashOfTheDirectory) {
   go_to(".");
   ASSERT_EQ(path_of(""), directory());
   add({"a"});
@@ -207,7 +206,7 @@ TEST_F(MoveFiles, OneTrailingSlashOfTheDirectoryIsLeftOut) {
   EXPECT_EQ(path_of(""), directory());
 }
 
-TEST_F(MoveFiles, NothingSelectedListsTheDirectoryAnew) {
+TEST_F(MoveFiles, RefreshesTheListWhenNothingIsSelected) {
   write_file("d", "");
   add({});
   expect({"@bsub", "a", "b", "c", "d"}, {});
@@ -223,20 +222,20 @@ TEST_F(MoveFiles, NothingSelectedListsTheDirectoryAnew) {
   EXPECT_TRUE(can_generate());
 }
 
-// But a line counts even if it is included already.
-TEST_F(MoveFiles, SamePathIsNeverAddedTwice) {
+// The button becomes active even if the path is already included.
+TEST_F(MoveFiles, NeverAddsAPathTwice) {
   ui.selected_files->add(path_of("a").c_str());
   add({"a"});
   expect({"@bsub", "b", "c"}, {path_of("a")});
   EXPECT_TRUE(can_generate());
 }
 
-TEST_F(MoveFiles, DirectoryLineIsAddedAsItsTextStands) {
+TEST_F(MoveFiles, AddsADirectoryLineWithItsFormatPrefix) {
   add({"@bsub", "a"});
   expect({"@bsub", "b", "c"}, {path_of("@bsub"), path_of("a")});
 }
 
-TEST_F(MoveFiles, RemovingDoesNotActivateTheButton) {
+TEST_F(MoveFiles, RemovingNeverActivatesTheGenerateButton) {
   for (const char* path : {"x", "y", "x"}) ui.selected_files->add(path);
   ui.selected_files->select(3);
   remove({});
@@ -244,7 +243,7 @@ TEST_F(MoveFiles, RemovingDoesNotActivateTheButton) {
   EXPECT_FALSE(can_generate());
 }
 
-TEST_F(MoveFiles, ListsStayWhereTheyAreScrolledTo) {
+TEST_F(MoveFiles, KeepsTheScrollPositionOfBothLists) {
   for (int i = 100; i < 160; ++i) write_file("many/" + std::to_string(i), "");
   go_to("many");
   show_and_wait(*window);

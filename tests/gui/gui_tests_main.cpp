@@ -1,6 +1,6 @@
-// Tests on a display of their own, with a home directory of their own, for the
-// toolkit's file chooser writes there. A test that is alone in its process
-// shares the display of the one that started it.
+// Runs tests on a new display, and with a new home directory, because the
+// toolkit's file chooser writes there. A process that runs only one test uses
+// the display of the process that started it.
 
 #include <gtest/gtest.h>
 

@@ -41,7 +41,7 @@ class LabelTypes : public MainWindowTest {
   }
 };
 
-TEST_F(LabelTypes, StatusLineShowsTextsAsTheyAre) {
+TEST_F(LabelTypes, StatusLineShowsTextUnchanged) {
   const char* const pairs[][2] = {{"", "_"},
                                   {"a", "a@b.f90"},
                                   {"a@b.f90", "a@c.f90"},
@@ -51,7 +51,7 @@ TEST_F(LabelTypes, StatusLineShowsTextsAsTheyAre) {
     EXPECT_TRUE(status(pair[0]) != status(pair[1])) << pair[1];
 }
 
-TEST_F(LabelTypes, LongStatusIsCutAtTheBordersOfTheBox) {
+TEST_F(LabelTypes, LongStatusIsClippedAtTheBoxBorders) {
   const Pixels empty = status("");
   const Pixels full = status(std::string(500, '_').insert(0, 500, 'W'));
   const int w = ui.status_box->w();
@@ -65,14 +65,14 @@ TEST_F(LabelTypes, LongStatusIsCutAtTheBordersOfTheBox) {
     }
 }
 
-TEST_F(LabelTypes, MenuShowsTheDirectorysNameAsItIs) {
+TEST_F(LabelTypes, MenuShowsTheDirectoryNameUnchanged) {
   Fl_Menu_Button& menu = *ui.dir_menu_button;
   for (const char* name : {"a@b dir", "&amp dir", "a&b", "@->"}) {
     const std::string path = std::string("/x/") + name;
     dir_menu(&menu, path.c_str());
     EXPECT_STREQ(name, menu.label());
     const Pixels literal = picture(menu);
-    // The same in the toolkit's own terms.
+    // The same name with the toolkit's escapes.
     std::string escaped;
     for (const char* c = name; *c != '\0'; ++c)
       escaped.append(*c == '@' || *c == '&' ? 2 : 1, *c);
@@ -83,7 +83,7 @@ TEST_F(LabelTypes, MenuShowsTheDirectorysNameAsItIs) {
   }
 }
 
-TEST_F(LabelTypes, ItemsAreDrawnAndMeasuredAsTheyAre) {
+TEST_F(LabelTypes, MenuItemsAreDrawnAndMeasuredUnchanged) {
   dir_menu(ui.dir_menu_button, "/home/a@b dir/&amp dir/last");
   ASSERT_EQ(4, ui.dir_menu_button->size());
   for (int i = 0; i < 3; ++i)

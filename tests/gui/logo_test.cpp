@@ -15,7 +15,7 @@ namespace {
 
 const std::string artwork = ZELKOR_ARTWORK_FOLDER;
 
-TEST(Logo, ProgramHoldsTheRowsOfTheFile) {
+TEST(Logo, EqualsTheArtworkFile) {
   std::istringstream file(content_of(artwork + "/logo.xpm"));
   std::vector<std::string> rows;
   for (std::string line; std::getline(file, line);) {
@@ -37,7 +37,7 @@ bool python3_is_there() {
   return program.wait() == 0;
 }
 
-TEST(Logo, IsDrawnAgainByteForByte) {
+TEST(Logo, CanBeRedrawnByteForByte) {
   const TemporaryFolder folder;
   if (!python3_is_there()) GTEST_SKIP() << "no python3";
   Program program({"python3", artwork + "/draw.py", ".", "logo.xpm",

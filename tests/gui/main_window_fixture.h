@@ -1,4 +1,4 @@
-// A main window of its own for each test, in a scratch working directory.
+// A new main window for each test, in a scratch working directory.
 
 #pragma once
 
@@ -9,7 +9,6 @@
 #include <FL/Fl_Window.H>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -25,7 +24,7 @@ using Lines = std::vector<int>;
 class MainWindowTest : public testing::Test {
  protected:
   void SetUp() override;
-  /// Lets what still waits in the toolkit run, then takes the window away.
+  /// Lets the toolkit finish its pending work, then destroys the window.
   void TearDown() override;
 
   /// Builds the window; it lists the working directory.
@@ -44,7 +43,7 @@ class MainWindowTest : public testing::Test {
   std::string path_of(const std::string& name) const {
     return folder.path().string() + "/" + name;
   }
-  /// A text in which "~" stands for that folder and "^" for its name.
+  /// A text with "~" replaced by that folder and "^" by its name.
   std::string expanded(std::string text) const;
   std::string directory() const { return ui.current_directory; }
   Texts potential() const;
@@ -80,7 +79,7 @@ Lines selected_lines(const Fl_Browser& list);
 /// The number of the line with a text; fails the test when there is none.
 int line_of(const Fl_Browser& list, const std::string& text);
 
-/// Selects lines by their texts, the last one named being the current line.
+/// Selects lines by their texts. The last one becomes the current line.
 void select_texts(Fl_Browser& list, const Texts& texts);
 
 /// The texts of a menu's items.

@@ -1,4 +1,4 @@
-// The button "Generate HTML", and what users may do while a run goes on.
+// The button "Generate HTML", and what a user can do during a run.
 
 #include <FL/Fl.H>
 #include <FL/Fl_Box.H>
@@ -57,7 +57,7 @@ class GenerateHTML : public MainWindowTest {
     ui.generate_button->do_callback();
   }
 
-  // What bar and status line say each time that the toolkit gets its turn.
+  // Records the bar and the status line each time the toolkit handles events.
   static void record(void* self) {
     auto* test = static_cast<GenerateHTML*>(self);
     if (Fl::modal() != nullptr) return;
@@ -90,8 +90,8 @@ class GenerateHTML : public MainWindowTest {
     return reports;
   }
 
-  // The pages in a directory, "#" standing for the numbers in their names,
-  // which have four digits or more.
+  // The pages in a directory, with "#" for the numbers in their names, which
+  // have four digits or more.
   static std::multiset<std::string> pages(const std::string& directory) {
     std::multiset<std::string> names;
     for (const auto& entry : fs::directory_iterator(directory)) {
@@ -110,7 +110,7 @@ class GenerateHTML : public MainWindowTest {
 
 using Pages = std::multiset<std::string>;
 
-TEST_F(GenerateHTML, GoesThroughTheFilesInTheOrderOfTheListAndIsReadyAgain) {
+TEST_F(GenerateHTML, ProcessesFilesInListOrderAndCanRunAgain) {
   EXPECT_EQ(nullptr, progress_target);
   select({"c.f90"});
   run();
@@ -129,8 +129,8 @@ TEST_F(GenerateHTML, GoesThroughTheFilesInTheOrderOfTheListAndIsReadyAgain) {
             selected());
 }
 
-// Alerts show the name as it is: the toolkit prints "@@" as one "@".
-TEST_F(GenerateHTML, RefusesWhatIsNoDirectory) {
+// Alerts show the name unchanged: the toolkit prints "@@" as one "@".
+TEST_F(GenerateHTML, RejectsAnOutputThatIsNotADirectory) {
   write_file("file", "");
   select({"a.f90"});
   const std::string notice = ui.status_box->label();
@@ -189,7 +189,7 @@ TEST_F(GenerateHTML, ButtonStaysActiveDuringARunButIsIgnored) {
   EXPECT_EQ((Pages{"a#.html", "b#.html", "index.html"}), pages("out"));
 }
 
-TEST_F(GenerateHTML, RunGoesOnOverItsOwnFilesWhenTheListIsEdited) {
+TEST_F(GenerateHTML, RunKeepsItsFilesWhenTheListIsEdited) {
   select({"a.f90", "b.f90"});
   during_run = [this] {
     remove({path_of("a.f90"), path_of("b.f90")});

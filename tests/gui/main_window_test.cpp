@@ -1,6 +1,5 @@
 #include "gui/main_window.h"
 
-#include <FL/Fl.H>
 #include <FL/Fl_Box.H>
 #include <FL/Fl_Button.H>
 #include <FL/Fl_Check_Button.H>
@@ -20,7 +19,6 @@
 #include <set>
 #include <string>
 #include <typeinfo>
-#include <utility>
 #include <vector>
 
 #include "driver/settings.h"
@@ -39,8 +37,7 @@ const ZelkorUserInterface* const instance_at_start = gui_instance;
 
 // --- What the window is made of ---
 
-// The settings of a widget by name; callbacks and what they are given as
-// numbers.
+// The settings of a widget by name. Callbacks and their arguments are numbers.
 using Look = std::map<std::string, std::intptr_t>;
 
 template <class Pointer>
@@ -70,7 +67,7 @@ Look look_of(const Fl_Widget& o) {
       {"callback", number_of(o.callback())},
       {"user_data", number_of(o.user_data())},
   };
-  // The values that these widgets point to are not to be seen from here.
+  // The addresses of these values are private to the window.
   if (o.callback() == SyntaxStyle_cb)
     look["user_data"] = *static_cast<int*>(o.user_data());
   return look;
@@ -81,7 +78,7 @@ Look with(Look look, Look settings) {
   return settings;
 }
 
-// As the toolkit makes a widget of a class, but for some settings.
+// The toolkit's defaults for a class of widgets, except for some settings.
 template <class Widget>
 Look plain(int x, int y, int w, int h, const Look& settings) {
   const Widget widget(x, y, w, h);
@@ -91,14 +88,14 @@ Look plain(int x, int y, int w, int h, const Look& settings) {
 
 using MainWindow = MainWindowTest;
 
-TEST_F(MainWindow, ConsistsOfTheseWidgetsInThisOrder) {
+TEST_F(MainWindow, CreatesItsWidgetsInOrderWithTheirSettings) {
   build();
   std::vector<Fl_Widget*> widgets = widgets_in(*window);
   widgets.insert(widgets.begin(), window.get());
 
   const Fl_Widget* help = button_of(*window, "help");
   ASSERT_NE(nullptr, help);
-  // What it calls is not to be seen from here, but it is nobody else's.
+  // Its callback is private to the window, but no other widget has it.
   for (const Fl_Widget* widget : widgets)
     EXPECT_TRUE(widget == help || widget->callback() != help->callback());
   const auto ours = number_of(&ui);
@@ -171,7 +168,7 @@ TEST_F(MainWindow, ConsistsOfTheseWidgetsInThisOrder) {
   EXPECT_EQ(window.get(), ui.generate_button->parent());
 }
 
-TEST_F(MainWindow, FieldsStandInTheirOrder) {
+TEST_F(MainWindow, KeepsItsFieldsInOrder) {
   const std::vector<const void*> fields = {
       &ui.progress_bar,     &ui.status_box,      &ui.selected_files,
       &ui.potential_files,  &ui.add_button,      &ui.remove_button,
@@ -182,7 +179,7 @@ TEST_F(MainWindow, FieldsStandInTheirOrder) {
   EXPECT_EQ(2048u, sizeof ui.current_directory);
 }
 
-TEST_F(MainWindow, IsSetUpLikeThis) {
+TEST_F(MainWindow, SetsItsTitleClassAndInitialValues) {
   EXPECT_EQ(nullptr, instance_at_start);
   std::string title = "Zelkor  2.0.65";
   window.reset(ui.make_window(title));
@@ -201,7 +198,7 @@ TEST_F(MainWindow, IsSetUpLikeThis) {
   EXPECT_EQ(FL_DIAMOND_DOWN_BOX, ui.italic_button->down_box());
 }
 
-TEST_F(MainWindow, NoticeIsBuiltOnceAndEndsInTheYearOfTheBuild) {
+TEST_F(MainWindow, BuildsItsNoticeOnceWithTheYearOfTheBuild) {
   build();
   const char* notice = ui.status_box->label();
   const std::string date = build_date();
@@ -222,7 +219,7 @@ TEST_F(MainWindow, OpensInADirectoryThatCannotBeListed) {
   EXPECT_EQ(Texts{}, items_of(*ui.dir_menu_button));
 }
 
-TEST_F(MainWindow, HelpShowsItsTextInAMessageBox) {
+TEST_F(MainWindow, HelpButtonShowsItsTextInAMessageBox) {
   build();
   const MessageBoxes boxes;
   button_of(*window, "help")->do_callback();
@@ -233,7 +230,7 @@ TEST_F(MainWindow, HelpShowsItsTextInAMessageBox) {
             boxes.seen());
 }
 
-TEST_F(MainWindow, MessageBoxesBearTheProgramsName) {
+TEST_F(MainWindow, MessageBoxesHaveTheProgramsNameAsTitle) {
   build();
   const auto title_in = [](const std::function<void()>& box) {
     std::string title;
@@ -250,7 +247,7 @@ TEST_F(MainWindow, MessageBoxesBearTheProgramsName) {
   EXPECT_EQ("Zelkor", title_in([] { fl_input("input", ""); }));
 }
 
-TEST_F(MainWindow, ControlsWhoseUseIsNotPlainHaveTooltips) {
+TEST_F(MainWindow, ControlsThatNeedAnExplanationHaveTooltips) {
   build();
   std::set<std::string> explained;
   for (const Fl_Widget* widget : widgets_in(*window))
@@ -302,7 +299,7 @@ TEST_F(Highlighting, LevelMenuHasFourItems) {
   EXPECT_EQ(nullptr, items[4].text);
 }
 
-TEST_F(Highlighting, ControlsShowHtmlStyleAndNoneForNoLevelOrSeveral) {
+TEST_F(Highlighting, ControlsShowTheStyleAndNoneUnlessExactlyOneLevelIsSet) {
   for (unsigned places = 0; places < 16; ++places)
     for (const std::uint32_t style : {0u, 32u, 64u, 96u}) {
       const std::uint32_t set = level_set(places);
@@ -347,7 +344,7 @@ TEST_F(Highlighting, TogglingTwiceRestoresHtmlStyle) {
     }
 }
 
-TEST_F(Highlighting, OtherValuesDoNothing) {
+TEST_F(Highlighting, IgnoresOtherValues) {
   html_style = 8226;
   for (int value :
        {0, 3, 4, 8, 16, 96, 128, 256, 512, 3072, 15360, 16384, -1}) {
@@ -360,8 +357,8 @@ TEST_F(Highlighting, OtherValuesDoNothing) {
 
 class Browse : public MainWindowTest {
  protected:
-  // Presses Browse..., then a button of the chooser, the name there being
-  // replaced before unless the new one is empty.
+  // Presses Browse..., enters a name in the chooser unless it is empty, and
+  // presses a button there.
   void browse(const std::string& answer, const std::string& name = "") {
     const ModalWatcher watcher([&](Fl_Window& chooser) {
       title = chooser.label();
@@ -387,7 +384,7 @@ TEST_F(Browse, ChosenDirectoryBecomesHtmlDirAndIsShown) {
       {"out", "Cancel", "", "out"},
       {"out", "Cancel", path_of("other"), "out"},
       {"out", "OK", path_of("other"), path_of("other")},
-      // The chooser gives an absolute path, and one that does not exist, too.
+      // The chooser returns an absolute path, even of a missing directory.
       {"HTML", "OK", "", path_of("HTML")},
       {"out", "OK", path_of("nowhere"), path_of("nowhere")},
   };
@@ -403,7 +400,7 @@ TEST_F(Browse, ChosenDirectoryBecomesHtmlDirAndIsShown) {
   EXPECT_FALSE(fs::exists("nowhere"));
 }
 
-TEST_F(Browse, StartsAtDirectoriesOfAnyLength) {
+TEST_F(Browse, AcceptsStartDirectoriesOfAnyLength) {
   build();
   for (const std::size_t length : {255u, 1024u, 4096u}) {
     const std::string place(length, 'd');

@@ -4,7 +4,6 @@
 #include <FL/Fl_Window.H>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
 #include "tests/gui/main_window_fixture.h"
@@ -12,7 +11,7 @@
 
 namespace {
 
-// Changes write their names; the event at hand is given to the toolkit.
+// Each change adds its name to a text. The current event is set in the toolkit.
 class PendingChangeTest : public testing::Test {
  protected:
   ~PendingChangeTest() override {
@@ -33,7 +32,7 @@ class PendingChangeTest : public testing::Test {
   std::string made;
 };
 
-TEST_F(PendingChangeTest, IsMadeAtOnceWhereTheToolkitIsDoneWithTheLines) {
+TEST_F(PendingChangeTest, IsMadeAtOnceWhenTheToolkitNoLongerNeedsTheLines) {
   for (const int event : {FL_PUSH, FL_RELEASE, FL_NO_EVENT})
     make_during(event, FL_CTRL, 'a');
   make_during(FL_RELEASE, FL_SHIFT, 'b');
@@ -59,7 +58,7 @@ TEST_F(PendingChangeTest, IsMadeAfterEventsThatNeedTheLines) {
   }
 }
 
-TEST_F(PendingChangeTest, TakesThePlaceOfTheOneThatWaits) {
+TEST_F(PendingChangeTest, ReplacesAWaitingChange) {
   make_later('a');
   make_later('b');
   Fl::wait(0);
@@ -70,7 +69,7 @@ TEST_F(PendingChangeTest, TakesThePlaceOfTheOneThatWaits) {
   EXPECT_EQ("bd", made);
 }
 
-TEST_F(PendingChangeTest, FinishMakesItOnce) {
+TEST_F(PendingChangeTest, FinishMakesAWaitingChangeOnce) {
   pending.finish();
   make_later('a');
   pending.finish();
@@ -80,7 +79,7 @@ TEST_F(PendingChangeTest, FinishMakesItOnce) {
   EXPECT_EQ("a", made);
 }
 
-TEST_F(PendingChangeTest, DropForgetsIt) {
+TEST_F(PendingChangeTest, DropDiscardsAWaitingChange) {
   pending.drop();
   make_later('a');
   pending.drop();
@@ -89,7 +88,7 @@ TEST_F(PendingChangeTest, DropForgetsIt) {
   EXPECT_EQ("", made);
 }
 
-TEST_F(PendingChangeTest, ChangesWaitUntilTheOutermostMessageBoxIsAnswered) {
+TEST_F(PendingChangeTest, WaitsUntilTheOutermostMessageBoxIsAnswered) {
   EXPECT_FALSE(pending.held());
   pending.hold_during([this] {
     make_now('a');
@@ -115,7 +114,7 @@ TEST_F(PendingChangeTest, WaitsWhileAModalWindowIsShown) {
   EXPECT_TRUE(comes_true([this] { return made == "a"; }));
 }
 
-TEST_F(PendingChangeTest, EventOfTheMessageBoxIsAtHandAgain) {
+TEST_F(PendingChangeTest, RestoresTheEventAfterAMessageBox) {
   Fl::e_number = FL_DRAG;
   Fl::e_state = FL_SHIFT;
   pending.hold_during([] {

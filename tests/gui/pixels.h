@@ -1,4 +1,4 @@
-// What drawing calls and windows put on the screen.
+// Pictures of drawing calls and windows.
 
 #pragma once
 
@@ -9,12 +9,12 @@
 
 #include "tests/support/same_picture.h"
 
-/// What drawing calls leave in a picture that is filled with a colour before.
-/// A window must have been shown.
+/// What drawing calls draw on a background of one colour. A window must have
+/// been shown before.
 Pixels drawn(int w, int h, Fl_Color background,
              const std::function<void()>& calls);
 
-/// What a rectangle of a window that is drawn shows.
+/// The content of a rectangle of a window that is drawn.
 Pixels shown(const Fl_Window& window, int x, int y, int w, int h);
 
 /// The same of a window of another program, by its number on the display.

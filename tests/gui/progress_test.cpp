@@ -16,7 +16,7 @@ const ZelkorUserInterface* const target_at_start = progress_target;
 
 using Progress = MainWindowTest;
 
-TEST_F(Progress, IsShownByTheWindowNamedLast) {
+TEST_F(Progress, UpdatesTheWindowThatWasPassedLast) {
   EXPECT_EQ(nullptr, target_at_start);
   build();
   EXPECT_EQ(nullptr, progress_target);
@@ -34,7 +34,7 @@ TEST_F(Progress, IsShownByTheWindowNamedLast) {
   EXPECT_STREQ("third", ui.status_box->label());
 }
 
-TEST_F(Progress, FractionAndMessageAreKeptAsTheyAre) {
+TEST_F(Progress, KeepsFractionAndMessageUnchanged) {
   build();
   const std::string message = "/src/me@home.f90";
   for (const double fraction : {0.0, 0.3, 0.6, 0.075, 1.0}) {
@@ -44,7 +44,7 @@ TEST_F(Progress, FractionAndMessageAreKeptAsTheyAre) {
   }
 }
 
-TEST_F(Progress, TellsWhetherAWindowIsShown) {
+TEST_F(Progress, ReturnsWhetherAWindowIsShown) {
   build();
   EXPECT_EQ(0, progress(0.0, "hidden", &ui));
   show_and_wait(*window);
@@ -53,7 +53,7 @@ TEST_F(Progress, TellsWhetherAWindowIsShown) {
   EXPECT_EQ(0, progress(0.0, "hidden again", &ui));
 }
 
-TEST_F(Progress, LetsTheToolkitWorkOnce) {
+TEST_F(Progress, ChecksForEventsOnce) {
   build();
   int turns = 0;
   const auto count = [](void* number) { ++*static_cast<int*>(number); };
@@ -65,8 +65,8 @@ TEST_F(Progress, LetsTheToolkitWorkOnce) {
   Fl::remove_check(count, &turns);
 }
 
-// A new label by itself redraws no box that has it outside.
-TEST_F(Progress, RedrawsTheStatusBoxWhereverItsLabelStands) {
+// Setting a label does not redraw a box whose label is outside.
+TEST_F(Progress, RedrawsTheStatusBoxEvenIfItsLabelIsOutside) {
   show();
   ui.status_box->align(FL_ALIGN_LEFT);
   ui.status_box->clear_damage();

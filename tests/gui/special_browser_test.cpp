@@ -1,7 +1,6 @@
 #include "gui/special_browser.h"
 
 #include <FL/Fl.H>
-#include <FL/Fl_Button.H>
 #include <FL/fl_draw.H>
 #include <gtest/gtest.h>
 
@@ -33,7 +32,7 @@ class OpenBrowser : public SpecialBrowser {
   int total_height() const { return full_height(); }
   void area(int& x, int& y, int& w, int& h) const { bbox(x, y, w, h); }
 
-  // As the toolkit's own list has them.
+  // The sizes in the toolkit's own list.
   int plain_height(int line) const {
     return Fl_Multi_Browser::item_height(find_line(line));
   }
@@ -46,7 +45,7 @@ const int w = 150;
 const int h = 40;
 const Fl_Color background = FL_WHITE;
 
-// One half of a line as the rule has it.
+// The expected look of one half of a line.
 struct Half {
   std::string text;
   int x, y, width, height;
@@ -126,7 +125,7 @@ const struct {
 };
 // clang-format on
 
-TEST_F(SpecialBrowserTest, LineThatStartsAGroupIsTwiceAsHigh) {
+TEST_F(SpecialBrowserTest, DoublesTheHeightOfALineThatStartsAGroup) {
   for (const auto& c : group_cases) {
     fill(c.texts);
     int sum = 0;
@@ -144,7 +143,7 @@ TEST_F(SpecialBrowserTest, LineThatStartsAGroupIsTwiceAsHigh) {
 
 // --- drawing ---
 
-TEST_F(SpecialBrowserTest, HeadingIsInBoldAboveTheIndentedName) {
+TEST_F(SpecialBrowserTest, DrawsABoldHeadingAboveTheIndentedName) {
   const struct {
     std::string text, heading, name;
   } cases[] = {
@@ -176,7 +175,7 @@ TEST_F(SpecialBrowserTest, HeadingIsInBoldAboveTheIndentedName) {
     }
 }
 
-TEST_F(SpecialBrowserTest, FollowsTheListsFontSizeAndColour) {
+TEST_F(SpecialBrowserTest, UsesTheFontSizeAndColourOfTheList) {
   const struct {
     int font, bold, size;
     Fl_Color color;
@@ -202,7 +201,7 @@ TEST_F(SpecialBrowserTest, FollowsTheListsFontSizeAndColour) {
 }
 
 // Black text on a dark blue selection is drawn in white.
-TEST_F(SpecialBrowserTest, SelectedNameContrastsButItsHeadingDoesNot) {
+TEST_F(SpecialBrowserTest, DrawsASelectedNameInContrastButNotItsHeading) {
   const auto dark_blue = static_cast<Fl_Color>(176);
   fill({"/src/a.f90", "/src/b.f90", "/src/c.f90"});
   list.selection_color(dark_blue);
@@ -222,7 +221,7 @@ TEST_F(SpecialBrowserTest, SelectedNameContrastsButItsHeadingDoesNot) {
       line(3, dark_blue));
 }
 
-TEST_F(SpecialBrowserTest, OfAnOddHeightTheHeadingTakesTheSmallerHalf) {
+TEST_F(SpecialBrowserTest, GivesTheHeadingTheSmallerHalfOfAnOddHeight) {
   fill({"/src/a.f90"});
   EXPECT_PRED_FORMAT2(
       same_picture,
@@ -230,7 +229,7 @@ TEST_F(SpecialBrowserTest, OfAnOddHeightTheHeadingTakesTheSmallerHalf) {
       line(1, 5, 2, w, 31));
 }
 
-TEST_F(SpecialBrowserTest, StaysThreePixelsInsideItsRectangle) {
+TEST_F(SpecialBrowserTest, ClipsTextThreePixelsInsideItsSides) {
   fill({"/" + std::string(60, 'W') + "/" + std::string(60, 'W')});
   const Pixels text = line(1, 20, 4, 100, 32);
   const Pixels blank = picture({});
@@ -243,9 +242,9 @@ TEST_F(SpecialBrowserTest, StaysThreePixelsInsideItsRectangle) {
     }
 }
 
-// What contrasts is the colour itself when it is far enough from the selection
-// colour, as yellow is from dark blue, but not red.
-TEST_F(SpecialBrowserTest, SpecialLineDrawsInTheGivenManner) {
+// The contrasting colour is the colour itself if it differs enough from the
+// selection colour, as yellow does from dark blue. Red does not.
+TEST_F(SpecialBrowserTest, DrawSpecialLineUsesItsArguments) {
   const auto dark_blue = static_cast<Fl_Color>(176);
   const struct {
     Fl_Color color;
@@ -278,7 +277,7 @@ TEST_F(SpecialBrowserTest, SpecialLineDrawsInTheGivenManner) {
             << " selected " << c.selected;
 }
 
-TEST_F(SpecialBrowserTest, ListOnScreenShowsAHeadingAtEveryChangeOfDirectory) {
+TEST_F(SpecialBrowserTest, ShowsAHeadingWhereverTheDirectoryChanges) {
   fill({"a/x", "a/y", "b/z", "a/x"});
   list.redraw();
   Fl::check();
@@ -298,7 +297,7 @@ TEST_F(SpecialBrowserTest, ListOnScreenShowsAHeadingAtEveryChangeOfDirectory) {
 
 using SelectedFilesList = MainWindowTest;
 
-TEST_F(SelectedFilesList, TotalHeightIsRightAfterRemoving) {
+TEST_F(SelectedFilesList, HasTheRightTotalHeightAfterRemovals) {
   build();
   SpecialBrowser& list = *ui.selected_files;
   for (const char* text :
@@ -342,9 +341,10 @@ double seconds_for(OpenBrowser& list, int count) {
   return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
 }
 
-// 20,000 lines take 4 times the time of 5,000 when it is linear, 16 times when
-// it is quadratic. Other work on the machine is kept out by repeating.
-TEST_F(SpecialBrowserTest, TakesTimeInProportionToTheLines) {
+// 20,000 lines take 4 times the time of 5,000 if it is linear, and 16 times if
+// it is quadratic. The best of several times excludes other work on the
+// machine.
+TEST_F(SpecialBrowserTest, TakesTimeProportionalToItsLines) {
   double small = 1e9;
   double large = 1e9;
   for (int i = 0; i < 5; ++i) {

@@ -1,18 +1,16 @@
 #include "gui/toolkit_versions.h"
 
-#include <FL/Fl.H>
 #include <FL/Fl_PNG_Image.H>
 #include <FL/Fl_Window.H>
 #include <FL/x.H>
 #include <X11/Xatom.h>
 #include <gtest/gtest.h>
 
-#include <string>
 #include <vector>
 
 namespace {
 
-// The icon that window managers are told: width, height, 0xAARRGGBB pixels.
+// The icon that window managers receive: width, height, 0xAARRGGBB pixels.
 std::vector<unsigned long> icon_of(Fl_Window& window) {
   Atom type = None;
   int format = 0;
@@ -24,14 +22,14 @@ std::vector<unsigned long> icon_of(Fl_Window& window) {
                      False, XA_CARDINAL, &type, &format, &count, &left, &data);
   const auto* const words = reinterpret_cast<const unsigned long*>(data);
   std::vector<unsigned long> icon;
-  // Xlib widens what it reads as if it had a sign.
+  // Xlib sign-extends the values.
   for (unsigned long i = 0; i < count; ++i)
     icon.push_back(words[i] & 0xFFFFFFFF);
   if (data != nullptr) XFree(data);
   return icon;
 }
 
-TEST(ToolkitVersions, WindowManagersAreToldTheDesktopsIcon) {
+TEST(ToolkitVersions, WindowManagersReceiveTheDesktopIcon) {
   Fl_PNG_Image artwork(ZELKOR_ARTWORK_FOLDER "/zelkor-48.png");
   ASSERT_EQ(48, artwork.w());
   ASSERT_EQ(48, artwork.h());

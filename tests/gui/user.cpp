@@ -1,6 +1,6 @@
 #include "tests/gui/user.h"
 
-#include <FL/Fl_Box.H>
+#include <FL/Fl.H>
 #include <FL/Fl_Button.H>
 #include <FL/x.H>
 
@@ -30,7 +30,7 @@ struct Inside : Fl_Browser {
 };
 
 // How far a list is scrolled. FLTK 1.4 calls this vposition() and deprecates
-// position(), which is taken only where the other is missing.
+// position(), which is used only where the other is missing.
 template <typename List>
 auto scrolled_by(const List& list, int) -> decltype(list.vposition()) {
   return list.vposition();
@@ -196,8 +196,8 @@ Fl_Help_View* help_view() {
   return nullptr;
 }
 
-// A window that is shown is damaged until the X server has asked for its
-// drawing and got it.
+// A window that is shown is damaged until the X server has requested its
+// drawing and the toolkit has done it.
 bool is_drawn(Fl_Window& window) {
   return window.shown() != 0 && window.damage() == 0;
 }

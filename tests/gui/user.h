@@ -1,8 +1,7 @@
-// The hands and eyes of a user: mouse, keys, and the boxes that pop up.
+// What a user does and sees: mouse, keys and message boxes.
 
 #pragma once
 
-#include <FL/Fl.H>
 #include <FL/Fl_Browser.H>
 #include <FL/Fl_Help_View.H>
 #include <FL/Fl_Window.H>
@@ -13,9 +12,9 @@
 #include <string>
 #include <vector>
 
-// Mouse events at the middle of a list's line, which must be in view. They are
-// handed to the toolkit as it hands on those of the X server, and have been
-// dealt with on return; `modifiers` are FL_CTRL or FL_SHIFT.
+// Mouse events at the middle of a list's line, which must be in view. The
+// toolkit handles them before the return, like events of the X server;
+// `modifiers` are FL_CTRL or FL_SHIFT.
 void push(Fl_Browser& list, int line, int modifiers = 0);
 void drag_to(Fl_Browser& list, int line, int modifiers = 0);
 void release(Fl_Browser& list, int line, int modifiers = 0);
@@ -34,20 +33,20 @@ void push_below(Fl_Browser& list);
 /// A key, such as ' ' or FL_Down, for the widget that has the focus.
 void press_key(Fl_Window& window, int key, int modifiers = 0);
 
-/// Lets the toolkit work until a condition holds; returns whether it did within
-/// ten seconds.
+/// Runs the event loop until a condition is true. Returns whether it became
+/// true within ten seconds.
 bool comes_true(const std::function<bool()>& condition);
 
 /// The height of a line on screen, and where it begins in the window.
 int height_of(const Fl_Browser& list, int line);
 int top_of(const Fl_Browser& list, int line);
 
-/// The height of all lines as the list itself has it.
+/// The height of all lines as the list computes it.
 int total_height_of(const Fl_Browser& list);
 
-/// Looks for a modal window each time the toolkit waits for events, and calls
-/// an action with it until it is gone. The action runs in the midst of event
-/// handling, as a user's own actions do, never in a timeout.
+/// Calls an action with the modal window, if there is one, each time the
+/// toolkit waits for events. The action runs during the handling of events,
+/// like the actions of a user, and never in a timeout.
 class ModalWatcher {
  public:
   using Action = std::function<void(Fl_Window&)>;
@@ -71,13 +70,12 @@ struct Question {
 };
 Question question_in(Fl_Window& window);
 
-/// Clicks the one button of every message box that comes up while this lives,
-/// as a user does who lets go of mouse and keys before. Keeps what the boxes
-/// showed: the icon, which is "!" for an alert and "i" for a message, a blank,
-/// and the text.
+/// Releases the mouse and clicks the one button of every message box that
+/// appears during its lifetime. Records what each box shows: the icon, which is
+/// "!" for an alert and "i" for a message, a blank, and the text.
 class MessageBoxes {
  public:
-  /// A box stays open until `ready` holds.
+  /// A box stays open until `ready` is true.
   explicit MessageBoxes(std::function<bool()> ready = [] { return true; });
 
   const std::vector<std::string>& seen() const { return boxes; }
@@ -94,18 +92,18 @@ class MessageBoxes {
 /// when there is none.
 Fl_Widget* button_of(Fl_Group& group, const std::string& label);
 
-/// What the help viewer shows; null when it is not on screen.
+/// The content of the help viewer; null when it is not shown.
 Fl_Help_View* help_view();
 
-/// Whether a window is on screen with all that it shows.
+/// Whether a window is shown and completely drawn.
 bool is_drawn(Fl_Window& window);
 
 /// Closes a window as a window manager does: by its message to the window.
 void close_by_window_manager(Fl_Window& window);
 
 /// Calls an action each time the toolkit waits while a modal window is drawn.
-/// Until there is one it makes no events, so that code that waits for the
-/// events to settle can do so.
+/// Until then it creates no events, so code that waits for the end of all
+/// events can go on.
 class WhenModal {
  public:
   explicit WhenModal(ModalWatcher::Action action);

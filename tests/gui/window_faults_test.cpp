@@ -1,10 +1,9 @@
-// What the window shows and does with paths and names out of the ordinary.
+// The window with unusual paths and names.
 
 #include <FL/Fl.H>
 #include <FL/Fl_Box.H>
 #include <FL/Fl_Button.H>
 #include <FL/Fl_Input.H>
-#include <FL/Fl_Menu_Button.H>
 #include <FL/Fl_Multi_Browser.H>
 #include <gtest/gtest.h>
 
@@ -23,7 +22,7 @@ namespace {
 
 class WindowFaults : public MainWindowTest {
  protected:
-  // Generates pages in a directory, all drawn on screen.
+  // Generates pages in a directory and draws the window.
   void generate_in(const std::string& output) {
     ui.output_dir_input->value(output.c_str());
     ui.generate_button->do_callback();
@@ -52,7 +51,7 @@ class WindowFaults : public MainWindowTest {
   }
 };
 
-// A path of so many bytes that leads nowhere.
+// A path of some length to a file that does not exist.
 std::string path_of_length(std::size_t length) {
   std::string path;
   while (path.size() < length) path += "/" + std::string(200, 'd');
@@ -60,7 +59,7 @@ std::string path_of_length(std::size_t length) {
   return path + ".f90";
 }
 
-TEST_F(WindowFaults, PathsOfAnyLengthAreShownAndGenerated) {
+TEST_F(WindowFaults, PathsOfAnyLengthAreShownAndProcessed) {
   fs::create_directory("out");
   show();
   for (const std::size_t length : {255u, 1024u, 4096u, 100000u}) {
@@ -77,7 +76,7 @@ TEST_F(WindowFaults, PathsOfAnyLengthAreShownAndGenerated) {
     EXPECT_EQ("! '" + nowhere.substr(0, 200), boxes.seen()[0].substr(0, 203));
     EXPECT_EQ(nowhere, html_dir);
   }
-  // Every path is shown in the status line in its turn.
+  // The status line shows every path.
   generate_in("out");
   EXPECT_STREQ("HTML complete!", ui.status_box->label());
   EXPECT_EQ(1, page_count("out"));
@@ -86,9 +85,9 @@ TEST_F(WindowFaults, PathsOfAnyLengthAreShownAndGenerated) {
   ui.status_box->label("");
 }
 
-// The toolkit makes no absolute path of more than 255 characters: directories
-// are then known by their paths from the working directory.
-TEST_F(WindowFaults, WorkingDirectoriesOfAnyLengthAreUsedAsUsual) {
+// The toolkit makes no absolute path of more than 255 characters. Below a
+// longer working directory, paths are relative to it.
+TEST_F(WindowFaults, WorkingDirectoriesCanHaveAnyLength) {
   std::size_t length = folder.path().string().size();
   for (const std::size_t least : {300u, 1100u, 2100u, 5000u}) {
     SCOPED_TRACE(least);
@@ -118,7 +117,7 @@ TEST_F(WindowFaults, WorkingDirectoriesOfAnyLengthAreUsedAsUsual) {
   fs::current_path(folder.path());
 }
 
-TEST_F(WindowFaults, DirectoriesOfOddNamesAreEnteredAndTakePages) {
+TEST_F(WindowFaults, DirectoryNamesCanHaveSpecialCharacters) {
   for (const std::string name : {"a\\b", "\\", "_under", "_", "R&D", "&",
                                  "me@home", "a@", "a|b", "%s"}) {
     SCOPED_TRACE(name);
@@ -126,7 +125,7 @@ TEST_F(WindowFaults, DirectoriesOfOddNamesAreEnteredAndTakePages) {
     fs::create_directory(name + "/out");
     show();
     select({name, "below"}, "x.f90");
-    // The first directory has a "/" at its end, which stays when joined.
+    // The first directory has a "/" at its end, which is kept.
     EXPECT_EQ(Texts{path_of("/" + name + "/below/x.f90")}, selected());
     generate_in(name + "/out");
     EXPECT_EQ(2, page_count(name + "/out"));
@@ -139,9 +138,9 @@ TEST_F(WindowFaults, DirectoriesOfOddNamesAreEnteredAndTakePages) {
   }
 }
 
-TEST_F(WindowFaults, TwentyThousandFilesMoveToTheSelectionAndBack) {
+TEST_F(WindowFaults, TwentyThousandFilesCanBeSelectedAndRemoved) {
   const int count = 20000;
-  // Links to one file are made far quicker than as many files.
+  // Links to one file are created much faster than files.
   write_file("many/0.f90", "");
   for (int i = 1; i < count; ++i)
     fs::create_hard_link("many/0.f90", "many/" + std::to_string(i) + ".f90");
