@@ -56,8 +56,8 @@ class Browser : public testing::Test {
 
 // --- The browser's command ---
 
-// Deliberate: nothing is quoted, so the shell reads the path.
-TEST_F(Browser, PathBecomesAnAddress) {
+// Deliberate: nothing is quoted, so the shell interprets the path.
+TEST_F(Browser, ReceivesThePathAsAnAddress) {
   const std::string long_path = "/" + std::string(100000, 'x');
   const struct {
     std::string path, address;
@@ -94,8 +94,8 @@ TEST_F(Browser, CommandIsTheVariableABlankTheAddressAndAnAmpersand) {
   EXPECT_EQ(expected, command.substr(command.size() - expected.size()));
 }
 
-// The address itself is the command then, a path relative to this folder.
-TEST_F(Browser, EmptyVariableIsACommandAllTheSame) {
+// The command is then the address, a path relative to this folder.
+TEST_F(Browser, EmptyVariableIsStillACommand) {
   fs::create_directories("file:/tmp");
   write_script("file:/tmp/a.html", "echo run");
   browser("");
@@ -142,7 +142,7 @@ std::string wait_for_file(const std::string& name) {
 }
 
 // The command goes on once its first line has arrived.
-TEST_F(Browser, OutputIsCopiedAtOnceAndToItsEnd) {
+TEST_F(Browser, OutputIsCopiedAtOnceAndCompletely) {
   write_script("browser", "echo one\n" + wait_for_file("seen") + "echo two\n");
   browser("./browser");
   EXPECT_EQ("one\ntwo\n", printed([] {
@@ -155,7 +155,7 @@ TEST_F(Browser, OutputIsCopiedAtOnceAndToItsEnd) {
             }));
 }
 
-TEST_F(Browser, InterfaceIsDrawnOnceAndBeforeTheOutputIsRead) {
+TEST_F(Browser, InterfaceIsDrawnOnceBeforeTheOutputIsRead) {
   int turns = 0;
   const auto note = [](void* count) {
     ++*static_cast<int*>(count);
@@ -185,7 +185,7 @@ void hide_and_fail(Fl_Window& window) {
   window.hide();
 }
 
-TEST_F(Browser, FailureOfAStartedBrowserIsNotNoticed) {
+TEST_F(Browser, FailureAfterTheStartIsIgnored) {
   const ModalWatcher watcher(hide_and_fail);
   for (const char* command :
        {"echo tried; false", "echo tried; ./no-such-browser 2>/dev/null",
@@ -199,7 +199,7 @@ TEST_F(Browser, FailureOfAStartedBrowserIsNotNoticed) {
 
 // --- The help viewer ---
 
-TEST_F(Browser, WithoutVariableTheViewerOpensAtOnce) {
+TEST_F(Browser, ViewerOpensAtOnceWithoutTheVariable) {
   browser(std::nullopt);
   const char* const path = "doc/a b@'c.html";
   write_file(path, "<html><body>first</body></html>");
@@ -209,7 +209,7 @@ TEST_F(Browser, WithoutVariableTheViewerOpensAtOnce) {
   EXPECT_EQ("<html><body>first</body></html>", shown_text());
 }
 
-TEST_F(Browser, ViewerIsReusedAlsoWhenItWasClosed) {
+TEST_F(Browser, ViewerIsReusedEvenAfterItWasClosed) {
   browser(std::nullopt);
   write_file("a.html", "first");
   write_file("b.html", "second");
@@ -228,7 +228,7 @@ TEST_F(Browser, ViewerIsReusedAlsoWhenItWasClosed) {
 
 // --- A browser that cannot be started ---
 
-// Lets this process open one more file but no pipe, so that no command can be
+// Allows this process to open one more file but no pipe, so no command can be
 // started.
 class NoPipes {
  public:
@@ -261,8 +261,8 @@ class UnstartableBrowser : public Browser {
     write_file("a.html", "in the viewer");
   }
 
-  // Shows all that a test may show: fonts are loaded from more files at a time
-  // than a process without pipes may open.
+  // Shows every kind of window once: loading a font needs more open files than
+  // a process without pipes may have.
   static void load_fonts() {
     const ModalWatcher user([](Fl_Window& window) {
       if (is_drawn(window)) press_key(window, FL_Escape);
@@ -276,9 +276,9 @@ class UnstartableBrowser : public Browser {
     help_view()->window()->hide();
   }
 
-  // Launches while no command can be started; the modal windows that come up
-  // are given to the steps one after the other. The steps themselves have
-  // pipes, which sanitizers need for their checks.
+  // Launches while no command can be started. Each modal window that appears is
+  // passed to the next step. The steps themselves have pipes, which sanitizers
+  // need for their checks.
   void launch(const std::vector<Step>& steps,
               const std::string& path = "a.html") {
     pipes_work = false;
@@ -358,7 +358,7 @@ TEST_F(UnstartableBrowser, UseInternalBrowserShowsTheFileInTheViewer) {
 }
 
 // Edit... is the toolkit's choice 1.
-TEST_F(UnstartableBrowser, EditOffersTheCurrentCommandAndMayBeCancelled) {
+TEST_F(UnstartableBrowser, EditOffersTheCurrentCommandAndCanBeCancelled) {
   for (const Step& edit : {answer("Edit..."), press(FL_Enter)})
     for (const Step& cancel : {answer("Cancel"), press(FL_Escape)}) {
       launch({edit,
@@ -373,7 +373,7 @@ TEST_F(UnstartableBrowser, EditOffersTheCurrentCommandAndMayBeCancelled) {
     }
 }
 
-TEST_F(UnstartableBrowser, EditedCommandIsTriedOnceAsItStands) {
+TEST_F(UnstartableBrowser, EditedCommandIsRunOnceUnchanged) {
   EXPECT_EQ("edited\n", printed([&] {
               launch({answer("Edit..."),
                       once_pipes_work(enter("echo edited; ./browser a b"))});
@@ -389,7 +389,7 @@ TEST_F(UnstartableBrowser, UnchangedCommandIsTriedAgain) {
   EXPECT_EQ("file:///a.html\n", content_of("words"));
 }
 
-TEST_F(UnstartableBrowser, EditedCommandThatFailsTooIsAskedAboutAgain) {
+TEST_F(UnstartableBrowser, EditedCommandThatFailsLeadsToAnotherQuestion) {
   std::vector<std::string> texts;
   const auto note_and = [&](const char* label) -> Step {
     return [&texts, label](Fl_Window& window) {
@@ -412,7 +412,7 @@ TEST_F(UnstartableBrowser, EditedCommandThatFailsTooIsAskedAboutAgain) {
   EXPECT_EQ("in the viewer", shown_text());
 }
 
-TEST_F(UnstartableBrowser, EmptiedCommandOpensTheViewer) {
+TEST_F(UnstartableBrowser, EmptyCommandOpensTheViewer) {
   launch({answer("Edit..."), enter("")});
   EXPECT_EQ("in the viewer", shown_text());
   EXPECT_FALSE(fs::exists("words"));

@@ -32,8 +32,8 @@ namespace {
 
 const int f1 = FL_F + 1;
 
-// Handlers stay with the toolkit and the handbook's place is determined once,
-// so each test has a process of its own.
+// The toolkit keeps handlers, and the handbook's place is determined once, so
+// each test runs in a new process.
 class HelpKeys : public MainWindowTest {
  protected:
   void SetUp() override {
@@ -46,7 +46,7 @@ class HelpKeys : public MainWindowTest {
     offer_help_keys(window.get());
   }
 
-  // Whether the handbook was shown since the last question.
+  // Whether the handbook was shown since the last call.
   bool shown_in_browser() const {
     if (!fs::exists("tools/words")) return false;
     EXPECT_EQ(words_of("file://" + handbook), content_of("tools/words"));
@@ -80,8 +80,8 @@ TEST_F(HelpKeys, F1ShowsTheHandbookWhateverHasTheFocus) {
   });
 }
 
-// Help would come up behind a modal box, and could not be used.
-TEST_F(HelpKeys, ShiftF1ShowsTheAboutBoxWithoutHelpOverTheWindow) {
+// The handbook would open behind the modal box and could not be used.
+TEST_F(HelpKeys, ShiftF1ShowsTheAboutBoxInWhichHelpKeysDoNothing) {
   alone([&] {
     write_file(handbook, "x");
     start();
@@ -124,7 +124,7 @@ int note_key(int event) {
   return 0;
 }
 
-TEST_F(HelpKeys, OtherKeysAreHandedOn) {
+TEST_F(HelpKeys, LeaveOtherKeysToOtherHandlers) {
   alone([&] {
     write_file(handbook, "x");
     Fl::add_handler(note_key);
@@ -149,7 +149,7 @@ struct Greedy : Fl_Box {
   }
 };
 
-TEST_F(HelpKeys, WidgetThatWantsTheKeyHasIt) {
+TEST_F(HelpKeys, LeaveF1ToAWidgetThatHandlesIt) {
   alone([&] {
     write_file(handbook, "x");
     start();
@@ -166,9 +166,9 @@ TEST_F(HelpKeys, WidgetThatWantsTheKeyHasIt) {
   });
 }
 
-// Its own handbook would be beside the folder that this program is in. An empty
-// one counts as missing.
-TEST_F(HelpKeys, WithoutHandbookAMessageNamesTheTwoPlaces) {
+// The handbook that belongs to this program would be beside its folder. An
+// empty handbook counts as missing.
+TEST_F(HelpKeys, NameBothPlacesOfAMissingHandbook) {
   alone([&] {
     start();
     const std::string own =
@@ -191,7 +191,7 @@ TEST_F(HelpKeys, WithoutHandbookAMessageNamesTheTwoPlaces) {
   });
 }
 
-// --- The program as it is installed ---
+// --- The installed program ---
 
 TEST(InstalledProgram, F1ShowsTheHandbookOfTheFirstPrefixThatHasOne) {
   const TemporaryFolder folder;

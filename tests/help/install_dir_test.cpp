@@ -65,8 +65,8 @@ class Files : public testing::Test {
   TemporaryFolder folder;
 };
 
-// A link counts as what it leads to, and what cannot be examined as missing.
-TEST_F(Files, ExistenceIsTheSize) {
+// A link counts as its target, and a file without status as missing.
+TEST_F(Files, ExistWhenTheirSizeIsNotZero) {
   write_files({"a", "directory/file"}, {"empty"});
   write_file("b", std::string(5000, '\0'));
   for (const char* target : {"b", "empty", "nowhere"})
@@ -84,7 +84,7 @@ TEST_F(Files, ExistenceIsTheSize) {
     EXPECT_EQ(0, file_exists(path)) << path.substr(0, 20);
 }
 
-TEST_F(Files, SizesThatNeedMoreThan32BitsAreNoZero) {
+TEST_F(Files, ExistWhenTheirSizeNeedsMoreThan32Bits) {
   write_file("huge", "");
   fs::resize_file("huge", std::uintmax_t{1} << 32);  // a hole, no blocks
   EXPECT_EQ(std::intmax_t{1} << 32, file_exists("huge"));
@@ -142,8 +142,8 @@ TEST_F(Files, AreFoundInLongLists) {
 
 // --- The installation directory ---
 
-// What a question about a process that asks it first is answered. This process
-// never asks itself.
+// The answer to a question in a new process, because the directory is
+// determined once in a process.
 std::string in_new_process(const std::function<std::string()>& question) {
   int ends[2];
   if (pipe(ends) != 0) throw std::runtime_error("no pipe");
@@ -166,12 +166,12 @@ std::string in_new_process(const std::function<std::string()>& question) {
 
 using Environment = std::map<std::string, std::string>;
 
-// "~" stands for the working directory.
+// Replaces "~" by the working directory.
 std::string expanded(const std::string& text) {
   return std::regex_replace(text, std::regex("~"), fs::current_path().string());
 }
 
-// The variables that matter have these values only.
+// Sets the variables that matter, and unsets the others of them.
 void enter(const Environment& environment) {
   for (const char* name : {"QUMBRA_HOME", "HOME", "PATH"}) unsetenv(name);
   for (const auto& [name, value] : environment)
@@ -182,7 +182,7 @@ static_assert(std::is_reference_v<decltype(QUMBRA_DIR())>);
 
 using InstallDir = Files;
 
-TEST_F(InstallDir, IsSoughtInThisOrder) {
+TEST_F(InstallDir, PrefersTheVariableThenTheHomeThenTheSearchPath) {
   const Environment home_and_path = {{"HOME", "~"}, {"PATH", "~/x/bin:/bin"}};
   // clang-format off
   const struct {
@@ -190,7 +190,7 @@ TEST_F(InstallDir, IsSoughtInThisOrder) {
     Environment environment;
     const char* directory;
   } rows[] = {
-      // The value of QUMBRA_HOME, made clean.
+      // The value of QUMBRA_HOME, as a clean path.
       {{}, {}, {{"QUMBRA_HOME", "C:\\tools\\x\\"}}, "C:/tools/x"},
       {{}, {}, {{"QUMBRA_HOME", "/opt/x//"}}, "/opt/x/"},
       {{}, {}, {{"QUMBRA_HOME", "/opt/q@ a%s"}}, "/opt/q@ a%s"},
@@ -208,11 +208,11 @@ TEST_F(InstallDir, IsSoughtInThisOrder) {
       {{"x/bin/plomvek"}, {}, {{"PATH", "/usr/bin:~/x/bin"}}, "/qumbra"},
       {{"y/bin/plomvek"}, {"x/bin/plomvek"}, {{"PATH", "~/x/bin:~/y/bin:"}},
        "~/y"},
-      // The last place of the sibling's name counts.
+      // The last occurrence of the sibling's name counts.
       {{"bin/plomvek/bin/plomvek"}, {}, {{"PATH", "~/bin/plomvek/bin:"}},
        "~/bin/plomvek"},
       {{"bin/plomvek.d/plomvek"}, {}, {{"PATH", "~/bin/plomvek.d:"}}, "~"},
-      // A sibling that is found elsewhere first leads nowhere.
+      // A sibling whose path has no "/bin/plomvek" is of no use.
       {{"plomvek", "x/bin/plomvek"}, {}, home_and_path, "/qumbra"},
       {{"x/tools/plomvek", "y/bin/plomvek"}, {},
        {{"PATH", "x/tools:~/y/bin:"}}, "/qumbra"},
@@ -233,8 +233,8 @@ TEST_F(InstallDir, IsSoughtInThisOrder) {
   }
 }
 
-// The directory in an environment, and the one that is told when QUMBRA_HOME
-// is /opt/x and the first one is gone.
+// The directory in an environment, and the one after QUMBRA_HOME has become
+// /opt/x and the first one has been removed.
 std::string two_answers(const Environment& environment) {
   enter(environment);
   const std::string first = QUMBRA_DIR();
@@ -243,8 +243,8 @@ std::string two_answers(const Environment& environment) {
   return "[" + first + "] [" + QUMBRA_DIR() + "]";
 }
 
-// The empty text is not.
-TEST_F(InstallDir, IsKeptOnceDetermined) {
+// The empty text is not kept.
+TEST_F(InstallDir, IsDeterminedOnce) {
   const struct {
     Environment environment;
     const char* answers;
@@ -261,8 +261,8 @@ TEST_F(InstallDir, IsKeptOnceDetermined) {
   }
 }
 
-// The root is the scratch folder here.
-TEST_F(InstallDir, AtTheRoot) {
+// The scratch folder becomes the root.
+TEST_F(InstallDir, CanBeTheRoot) {
   const auto entered = [this] {
     return chroot(folder.path().c_str()) == 0 && chdir("/") == 0;
   };
@@ -286,7 +286,7 @@ TEST_F(InstallDir, AtTheRoot) {
 
 // --- The handbook ---
 
-TEST(Handbook, LiesBelowTheInstallationDirectory) {
+TEST(Handbook, IsBelowTheInstallationDirectory) {
   const struct {
     const char* program;
     const char* path;

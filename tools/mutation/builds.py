@@ -34,7 +34,7 @@ TEST_FOLDERS = ("analysis", "html", "golden", "driver", "help", "fuzz",
 UNSTEADY = r"^(ProgramRun|HeldRun)\."
 
 # This test makes a file that is larger than the limit below.
-TOO_LARGE = "Files.SizesThatNeedMoreThan32BitsAreNoZero"
+TOO_LARGE = "Files.ExistWhenTheirSizeNeedsMoreThan32Bits"
 
 # Limits the bytes of memory and of a file, and the seconds of processor time of
 # each process. Hides the user's display and browser from it.
