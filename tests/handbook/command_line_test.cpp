@@ -1,5 +1,5 @@
-// The command line as the handbook tells it, tried on the program itself. There
-// is no display, so that the program ends before it opens a window.
+// The command line as the handbook describes it, tried on the program. There is
+// no display, so the program ends before it opens a window.
 
 #include "driver/command_line.h"
 
@@ -22,7 +22,7 @@ std::string source_file(const std::string& path) {
   return content_of(std::string(ZELKOR_SOURCE_FOLDER) + "/" + path);
 }
 
-TEST(HandbookCommandLine, CommandsEndAsTheTableTells) {
+TEST(HandbookCommandLine, CommandsEndAsTheTableSays) {
   const std::string unknown = "options are:";
   const std::string no_display = "Can't open display";
   for (const std::string& message : {unknown, no_display})
@@ -55,16 +55,15 @@ TEST(HandbookCommandLine, CommandsEndAsTheTableTells) {
   }
 }
 
-// The letters behind each `mark`.
-std::set<char> letters_behind(const std::string& mark,
-                              const std::string& text) {
+// The letters after each `mark`.
+std::set<char> letters_after(const std::string& mark, const std::string& text) {
   std::set<char> letters;
   for (const std::string& piece : pieces(text, mark, "\n"))
     letters.insert(piece.at(0));
   return letters;
 }
 
-TEST(HandbookCommandLine, OptionsAreTheSameInAllThatTellsOfThem) {
+TEST(HandbookCommandLine, OptionsAgreeInAllDocuments) {
   const std::set<char> letters = {'e', 'h', 'r', 'v'};
   std::set<char> told;
   for (const auto& row : table({"Option", "Meaning"}))
@@ -72,24 +71,24 @@ TEST(HandbookCommandLine, OptionsAreTheSameInAllThatTellsOfThem) {
   EXPECT_EQ(letters, told);
 
   const std::string usage = printed([] { print_usage("zelkor"); });
-  EXPECT_EQ(letters, letters_behind("[-", usage));
+  EXPECT_EQ(letters, letters_after("[-", usage));
   EXPECT_EQ(letters,
-            letters_behind("\n.It Fl ", source_file("packaging/zelkor.1")));
-  EXPECT_EQ(letters, letters_behind("| `-", source_file("README.md")));
+            letters_after("\n.It Fl ", source_file("packaging/zelkor.1")));
+  EXPECT_EQ(letters, letters_after("| `-", source_file("README.md")));
   for (const std::string file : {"zelkor.bash-completion", "_zelkor"}) {
     const std::string script = source_file("packaging/" + file);
     const std::string all = " " + pieces(script, " all='", "'").at(0);
-    EXPECT_EQ(letters, letters_behind(" -", all)) << file;
+    EXPECT_EQ(letters, letters_after(" -", all)) << file;
   }
 }
 
-TEST(HandbookCommandLine, LastWordWithTheLettersOfHelpAsksForTheUsage) {
+TEST(HandbookCommandLine, LastWordThatContainsTheHelpOptionAsksForTheUsage) {
   EXPECT_TRUE(handbook_says("-e my-headers"));
   const char* words[] = {"zelkor", "-e", "my-headers"};
   EXPECT_TRUE(read_command_line(3, words).help);
 }
 
-TEST(HandbookCommandLine, VariablesAreThoseOfTheManual) {
+TEST(HandbookCommandLine, VariablesMatchTheManual) {
   std::vector<std::string> names;
   for (const auto& row : table({"Variable", "Meaning"}))
     names.push_back(row.at(0));

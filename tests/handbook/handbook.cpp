@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <regex>
-#include <sstream>
 #include <utility>
 
 #include "tests/support/capture.h"
@@ -19,7 +18,7 @@ const std::string& handbook() {
 }
 
 // What a reader sees of some HTML: without tags, entities resolved, each run of
-// blanks and line ends one blank. "&amp;" comes last, for what it leaves is no
+// blanks and line ends one blank. "&amp;" comes last, because its "&" begins no
 // entity.
 static std::string plain(const std::string& html) {
   std::string text = std::regex_replace(html, std::regex("<[^>]*>"), "");

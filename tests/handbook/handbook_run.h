@@ -1,9 +1,7 @@
-// Runs over small sources that the handbook tells of.
+// Runs over small sources that the handbook describes.
 
 #pragma once
 
-#include <algorithm>
-#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>

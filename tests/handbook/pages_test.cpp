@@ -1,5 +1,4 @@
-// What the handbook says of the pages, with the numbers and names that it
-// gives.
+// What the handbook says about the pages, with its numbers and names.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +16,7 @@ namespace {
 
 using HandbookPages = HandbookRun;
 
-TEST_F(HandbookPages, CallersGetColumnsFromTheNumbersOfLinesNamed) {
+TEST_F(HandbookPages, CallersHaveTheStatedNumberOfColumns) {
   EXPECT_TRUE(handbook_says(
       "the menu \"Referenced By...\" lists all lines that refer to the name, "
       "ordered by file and line. From 14 lines on it has two columns, from 24 "
@@ -38,7 +37,7 @@ TEST_F(HandbookPages, CallersGetColumnsFromTheNumbersOfLinesNamed) {
 // The sample project of the pictures.
 class HandbookSample : public HandbookRun {
  protected:
-  // As "-r -e f90" finds it.
+  // The files that "-r -e f90" selects.
   HandbookSample() {
     const fs::path sample = fs::path(ZELKOR_SOURCE_FOLDER) / "examples/heat";
     Sources sources;
@@ -55,7 +54,7 @@ class HandbookSample : public HandbookRun {
   std::string example;
 };
 
-TEST_F(HandbookSample, PageHasTheNameOfTheExample) {
+TEST_F(HandbookSample, PageNameMatchesTheExample) {
   EXPECT_TRUE(
       handbook_says("The page of src/solver/cg.f90 is called cg, then"));
   EXPECT_TRUE(handbook_says("such as cg1898455.html"));
@@ -73,7 +72,7 @@ TEST_F(HandbookSample, AnchorsOfTheTableExist) {
   EXPECT_EQ(0u, count_of("NAME=\"line1\"", example));
 }
 
-TEST_F(HandbookSample, MenuOfThePictureHasThatManyEntries) {
+TEST_F(HandbookSample, MenuInThePictureHasTheStatedNumberOfEntries) {
   EXPECT_EQ(1u, count_of("subroutine solve_cg a menu is open that says "
                          "Referenced By... and lists six places",
                          handbook()));
@@ -82,7 +81,7 @@ TEST_F(HandbookSample, MenuOfThePictureHasThatManyEntries) {
   EXPECT_EQ(6u, count_of("<a href=", menu));
 }
 
-TEST_F(HandbookSample, PaneOfThePictureListsTheseDefinitions) {
+TEST_F(HandbookSample, PaneInThePictureListsTheStatedDefinitions) {
   EXPECT_EQ(1u, count_of("below the word report and lists "
                          "./src/solver/cg.f90:51 and ./src/solver/sor.f90:51.",
                          handbook()));

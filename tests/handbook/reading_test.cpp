@@ -1,5 +1,5 @@
-// The handbook's small examples of how sources are read, typed into files and
-// run: what each is said to do is what the pages have to show.
+// The handbook's small examples of how sources are read. The pages must show
+// what the handbook says about each.
 
 #include <gtest/gtest.h>
 
@@ -37,7 +37,7 @@ class HandbookReading : public HandbookRun {
   }
 };
 
-TEST_F(HandbookReading, LinesOpenTheUnitsThatTheTableTells) {
+TEST_F(HandbookReading, LinesOpenTheUnitsThatTheTableLists) {
   const std::vector<std::pair<std::string, std::string>> lines = {
       {"subroutine solve(a, b)", "subroutine solve"},
       {"function flux(u) result(f)", "function flux"},
@@ -78,7 +78,7 @@ TEST_F(HandbookReading, LinesOpenTheUnitsThatTheTableTells) {
   }
 }
 
-TEST_F(HandbookReading, LinesReferToSolveAsTheTableTells) {
+TEST_F(HandbookReading, LinesReferToSolveAsTheTableSays) {
   const struct {
     std::string line;
     std::string refers;
@@ -126,7 +126,7 @@ TEST_F(HandbookReading, ContinuationLinesAreNotJoined) {
   EXPECT_EQ(1u, count_of("#solve-1\"><b>", page_beside_solve(text)));
 }
 
-TEST_F(HandbookReading, LongestLineThatIsReadWholeIsTheOneNamed) {
+TEST_F(HandbookReading, LongestLineThatIsReadWholeHasTheStatedLength) {
   EXPECT_TRUE(handbook_says("Lines of up to 1022 characters are read whole."));
   for (const std::size_t length : {1022u, 1023u}) {
     run({{"line.f90",
@@ -136,7 +136,7 @@ TEST_F(HandbookReading, LongestLineThatIsReadWholeIsTheOneNamed) {
   }
 }
 
-TEST_F(HandbookReading, NamesAreToldApartByAsManyCharactersAsIsNamed) {
+TEST_F(HandbookReading, NamesDifferInTheStatedNumberOfCharacters) {
   EXPECT_TRUE(handbook_says("told apart by their first 255 characters"));
   for (const std::size_t alike : {254u, 255u}) {
     const std::string name(alike, 'n');

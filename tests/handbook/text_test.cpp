@@ -1,5 +1,5 @@
 // The handbook as a document: Zelkor's own viewer knows ASCII and the tags of
-// HTML 3.2, and shows links and pictures of the handbook's folder alone.
+// HTML 3.2, and shows only links and pictures in the handbook's folder.
 
 #include <gtest/gtest.h>
 
@@ -27,15 +27,15 @@ TEST(HandbookText, IsPlainAscii) {
     ASSERT_TRUE(c == '\n' || (c >= ' ' && c <= '~'));
 }
 
-TEST(HandbookText, UsesPlainTagsAndClosesThem) {
-  const std::set<std::string> alone = {"!DOCTYPE", "HR", "IMG"};
+TEST(HandbookText, UsesOnlySimpleTagsAndClosesThem) {
+  const std::set<std::string> single = {"!DOCTYPE", "HR", "IMG"};
   const std::set<std::string> paired = {
       "A", "B",   "BODY",  "H1", "H2", "H3",    "HEAD", "HTML", "LI",
       "P", "PRE", "TABLE", "TD", "TH", "TITLE", "TR",   "TT",   "UL"};
   std::vector<std::string> open;
   for (const std::string& tag : pieces(handbook(), "<", ">")) {
     const std::string name = tag.substr(0, tag.find(' '));
-    if (alone.count(name) != 0) continue;
+    if (single.count(name) != 0) continue;
     if (name[0] != '/') {
       EXPECT_EQ(1u, paired.count(name)) << '<' << tag << '>';
       open.push_back(name);
@@ -48,7 +48,7 @@ TEST(HandbookText, UsesPlainTagsAndClosesThem) {
   EXPECT_TRUE(open.empty());
 }
 
-TEST(HandbookText, EveryLinkLeadsToAnAnchorOfItsOwn) {
+TEST(HandbookText, LinksLeadToUniqueAnchors) {
   const std::vector<std::string> names = values_of("NAME", handbook());
   const std::set<std::string> anchors(names.begin(), names.end());
   EXPECT_EQ(names.size(), anchors.size()) << "a name comes twice";
@@ -60,7 +60,7 @@ TEST(HandbookText, EveryLinkLeadsToAnAnchorOfItsOwn) {
   }
 }
 
-TEST(HandbookText, ContentsListTheSectionsInTheirOrder) {
+TEST(HandbookText, ContentsListTheSectionsInOrder) {
   const std::string contents = pieces(handbook(), "<UL>", "</UL>").at(0);
   std::vector<std::string> sections;
   for (const std::string& heading : pieces(handbook(), "<H2>", "</H2>"))
@@ -75,7 +75,7 @@ std::string big_endian(const std::string& bytes) {
   return std::to_string(number);
 }
 
-TEST(HandbookPictures, AreThereInTheSizeThatTheTextGives) {
+TEST(HandbookPictures, ExistInTheSizeThatTheTextGives) {
   const std::string signature = "\x89PNG\r\n\x1a\n";
   std::set<std::string> used;
   for (const std::string& tag : pieces(handbook(), "<IMG", ">")) {

@@ -1,4 +1,4 @@
-// What the handbook says of the window's controls and of its levels.
+// What the handbook says about the window's controls and levels.
 
 #include <FL/Fl_Box.H>
 #include <FL/Fl_Check_Button.H>
@@ -26,7 +26,7 @@ class HandbookWindow : public MainWindowTest {
     build();
   }
 
-  // Does with each item as the opened box does when the user chooses it.
+  // Chooses items as a user does in the opened box.
   void choose(const std::vector<std::string>& chosen) {
     auto& level = *first_in<Fl_Choice>(*window);
     for (const std::string& item : chosen) {
@@ -64,7 +64,7 @@ TEST_F(HandbookWindow, TableNamesTheControlsByTheirLabels) {
   EXPECT_EQ(told, shown);
 }
 
-TEST_F(HandbookWindow, StartsAsTheTableTells) {
+TEST_F(HandbookWindow, InitialStylesMatchTheTable) {
   restart();
   EXPECT_TRUE(handbook_says("keywords are bold. On at the start"));
   EXPECT_NE(0, ui.bold_button->value());
@@ -87,7 +87,7 @@ std::string levels_on() {
   return text;
 }
 
-// The level whose words the pages would highlight now.
+// The level whose words the pages would highlight.
 std::string level_in_force() {
   const char* words[] = {"module", "if", "allocate"};
   int level = 0;
@@ -96,7 +96,7 @@ std::string level_in_force() {
   return level == 0 ? "nothing" : "level " + std::to_string(level);
 }
 
-TEST_F(HandbookWindow, ChoicesCombineAsTheTableTells) {
+TEST_F(HandbookWindow, ChoicesCombineAsTheTableSays) {
   for (const auto& row :
        table({"Chosen since the start", "Switches on", "Pages highlight"})) {
     const std::vector<std::string> ways = split(row.at(0), ", or ");
@@ -111,7 +111,7 @@ TEST_F(HandbookWindow, ChoicesCombineAsTheTableTells) {
   }
 }
 
-// All ways to choose up to so many items.
+// All ways to choose at most `length` items.
 std::vector<std::vector<std::string>> ways_of(int length) {
   std::vector<std::vector<std::string>> ways = {{}};
   for (std::size_t i = 0; i < ways.size(); ++i)
@@ -124,7 +124,7 @@ std::vector<std::vector<std::string>> ways_of(int length) {
   return ways;
 }
 
-TEST_F(HandbookWindow, LostTrackLeadsToAKnownLevelFromAnywhere) {
+TEST_F(HandbookWindow, ResetOrderReachesItsLevelFromAnyState) {
   const Rows rows = table({"For", "choose in this order"});
   EXPECT_EQ(4u, rows.size());
   for (const auto& row : rows)
@@ -137,8 +137,8 @@ TEST_F(HandbookWindow, LostTrackLeadsToAKnownLevelFromAnywhere) {
     }
 }
 
-// The simple rule: twice after the start; later the item that is shown, then
-// the wanted one.
+// The simple rule: choose an item twice after the start; later choose the item
+// that is shown, then the wanted one.
 TEST_F(HandbookWindow, SimpleRuleGivesTheWantedLevelEachTime) {
   for (const std::vector<std::string>& way : ways_of(3)) {
     if (way.empty() || way.front() == "None") continue;
