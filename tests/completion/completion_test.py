@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """usage: completion_test.py bash|zsh
 
-What the Tab key makes of zelkor's command lines. Ends with status 77 where the
+How the Tab key completes zelkor's command lines. Exits with status 77 if the
 shell is missing.
 """
 
@@ -16,7 +16,8 @@ from interactive_shell import InteractiveShell
 
 SHELL = sys.argv[1]
 
-# Extensions that mean something else to a shell. What runs leaves a file PWNED.
+# Extensions with a special meaning to a shell. Commands in them that run leave a
+# file PWNED.
 ODD_EXTENSIONS = [
     b"$(touch${IFS}PWNED)",
     b"`touch PWNED`",
@@ -127,13 +128,13 @@ class Completion(unittest.TestCase):
                 with self.subTest(typed=typed):
                     self.assertEqual(offered, shell.offered(typed))
 
-    def test_completes_with_a_blank_behind(self):
+    def test_adds_a_blank_after_a_completed_word(self):
         self.make_files(b"main.f90", b"without", b"ends.")
         with self.shell() as shell:
             self.assertEqual([b"-e", b"f90", b"-v", b"5"],
                              shell.arguments(b"-e \t-v\t5\t"))
 
-    def test_offers_every_extension_as_it_is(self):
+    def test_offers_every_extension_unchanged(self):
         self.make_files(*(b"notes." + odd for odd in ODD_EXTENSIONS))
         (self.directory / "directory").mkdir()
         with self.shell() as shell:
@@ -157,7 +158,7 @@ class Completion(unittest.TestCase):
                         self.assert_nothing_ran()
                         self.assertEqual([b"-e", odd], arguments)
 
-    def test_goes_on_from_what_was_typed(self):
+    def test_continues_what_was_typed(self):
         self.make_files(b"a.one two", b"b.one too", b"c.it's", b"d.a:b", b"e.x$y",
                         b"f.p\\q")
         table = [
@@ -180,7 +181,7 @@ class Completion(unittest.TestCase):
                     self.assertEqual([b"-e", extension],
                                      shell.arguments(b"-e " + typed))
 
-    def test_names_the_extensions_of_the_files_that_are_searched(self):
+    def test_offers_the_extensions_of_the_files_that_are_searched(self):
         self.make_files(b"main.f90", b"a.b.f95", b".setup.F90", b".f03",
                         b"caf\xe9.tex", b"without", b"ends.", b"elsewhere.d/without",
                         b"below/one.f77", b"below/.hidden/two.for",
@@ -194,7 +195,7 @@ class Completion(unittest.TestCase):
             self.assertEqual(sorted(here + [b"f", b"f77", b"for"]),
                              shell.offered(b"-r -e "))
 
-    def test_offers_nothing_where_no_file_has_an_extension(self):
+    def test_offers_nothing_if_no_file_has_an_extension(self):
         self.make_files(b"Makefile")
         with self.shell() as shell:
             self.assertEqual([], shell.offered(b"-e "))

@@ -11,7 +11,7 @@ import time
 PATIENCE = 30
 PACKAGING = pathlib.Path(__file__).resolve().parents[2] / "packaging"
 
-# Here zelkor keeps the count of its arguments and all of them, and tells that.
+# A zelkor that writes the number of its arguments and all of them to a file.
 COMMON = r"""
 PS1='ready> ' PS2='unfinished> '
 zelkor() {
@@ -71,7 +71,7 @@ class InteractiveShell:
         os.waitpid(self.process, 0)
 
     def arguments(self, typed):
-        """Types "zelkor ", the keys and Return. Returns what zelkor is given."""
+        """Types "zelkor ", the keys and Return. Returns zelkor's arguments."""
         kept = self.home / "arguments"
         kept.unlink(missing_ok=True)
         os.write(self.terminal, b"zelkor " + typed + b"\n")
@@ -84,7 +84,7 @@ class InteractiveShell:
         return self.arguments(typed + b"\t")
 
     def offered(self, typed):
-        """All that may stand where the typed text ends, in order."""
+        """All completions of the typed text, in order."""
         before = self.arguments(typed)
         after = self.arguments(typed + b"\x18*")
         kept = len(before) - (typed[-1:] not in (b"", b" "))

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # usage: run_without_display_test.sh SOURCE_DIRECTORY PROGRAM
 #
-# scripts/run_without_display makes the sample's pages, and tells by its status
-# when there were none to make.
+# scripts/run_without_display makes the sample's pages, and fails when there are
+# none to make.
 set -euo pipefail
 script=$1/scripts/run_without_display
 sample=$1/examples/heat
@@ -37,7 +37,7 @@ grep -qx "$((sources + 1)) pages: $scratch/sample/HTML/index.html" output ||
 mkdir empty
 export ZELKOR_PATIENCE=3
 if run_in empty -r -e f90 2>errors; then fail "no sources, but status 0"; fi
-grep -qx 'No pages were made.' errors || fail "no word of the missing pages"
+grep -qx 'No pages were made.' errors || fail "no message about the missing pages"
 
 run_in empty -h || fail "the program's own status is not passed on"
 if run_in empty nonsense 2>errors; then fail "nonsense, but status 0"; fi

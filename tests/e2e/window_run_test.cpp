@@ -38,8 +38,8 @@ Pixels status_of(unsigned long window) {
   return shown(window, status_x, status_y, status_width, status_height);
 }
 
-// What the status line looks like when it shows a text, drawn by the toolkit in
-// a window of this process, apart from the program's own.
+// The status line with a text, drawn by the toolkit in a window of this
+// process.
 Pixels picture_of_status(const std::string& text) {
   Fl_Window window(600, 500, 529, 363);
   window.color(static_cast<Fl_Color>(48));

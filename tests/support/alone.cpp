@@ -23,11 +23,11 @@ void alone(const std::function<void()>& body) {
   }
   const testing::TestInfo& test =
       *testing::UnitTest::GetInstance()->current_test_info();
-  // An ordinary user may not reach the folder that this program is in.
+  // An ordinary user may not have access to the folder of this program.
   as_administrator([&test] {
     TemporaryFolder folder;
     setenv(mark, "1", 1);
-    // This process has taken its share already.
+    // These choose the tests of this process.
     unsetenv("GTEST_TOTAL_SHARDS");
     unsetenv("GTEST_SHARD_INDEX");
     Program program(

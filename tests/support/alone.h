@@ -1,12 +1,12 @@
-// Tests that need a process nobody used before them.
+// Tests that need a new process.
 
 #pragma once
 
 #include <functional>
 
-/// Runs the body of the current test in a process of its own: starts this
-/// program again for this one test. A failure there is a failure here.
+/// Runs the body of the current test in a new process, which runs only this
+/// test. A failure there is a failure here.
 void alone(const std::function<void()>& body);
 
-/// Whether this process was started for such a test, whose body has yet to run.
+/// Whether this process was started for such a test and has not run it yet.
 bool runs_alone();

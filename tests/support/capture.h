@@ -6,13 +6,13 @@
 #include <functional>
 #include <string>
 
-/// The bytes that a writer puts on the stream it is given.
+/// The bytes that a writer puts on its stream.
 std::string written(const std::function<void(std::FILE*)>& writer);
 
 /// The bytes that an action writes to standard output.
 std::string printed(const std::function<void()>& action);
 
-/// How many of them have arrived, for an action that asks while it runs.
+/// The number of bytes so far, for an action of printed() while it runs.
 long bytes_printed();
 
 /// The whole content of a file; a file that cannot be read fails the test and
@@ -20,6 +20,6 @@ long bytes_printed();
 std::string content_of(const std::string& path);
 
 /// What a program under test wrote to the file of its standard error, without
-/// the lines in which newer versions of fontconfig complain: of a toolkit that
-/// does not initialise it, and of a working directory that is gone.
+/// the messages of newer versions of fontconfig about a toolkit that does not
+/// initialise it and a working directory that does not exist.
 std::string errors_in(const std::string& path);

@@ -1,5 +1,5 @@
-// Linked into all programs of the coverage build: counts of what ran are
-// written when a process ends by exit() alone. A failed assertion aborts it,
+// Linked into all programs of the coverage build. By default the counts are
+// written only when a process ends by exit(), but a failed assertion aborts it,
 // and some children of tests end by _exit().
 
 #include <signal.h>
@@ -10,8 +10,8 @@ extern "C" void __gcov_dump();  // NOLINT(bugprone-reserved-identifier)
 
 namespace {
 
-// abort() resets the handler when that returns, and still ends the process by
-// its signal.
+// When the handler returns, abort() resets it and still ends the process by its
+// signal.
 const struct WriteCountsAtAbort {
   WriteCountsAtAbort() {
     signal(SIGABRT, [](int) { __gcov_dump(); });

@@ -4,7 +4,6 @@
 
 #include <stdlib.h>
 
-#include <ctime>
 #include <optional>
 
 #include "driver/settings.h"

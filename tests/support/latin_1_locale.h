@@ -1,4 +1,4 @@
-// A locale that is not Unicode's, made where a test needs it.
+// A locale with another encoding than UTF-8, made on demand.
 
 #pragma once
 
@@ -9,8 +9,8 @@
 #include <filesystem>
 
 /// Makes a locale of ISO 8859-1, in which some bytes above 127 are letters, in
-/// the directory "locales" below the working directory, and has the C library
-/// find it there. Returns its name; fails the test when it cannot be made.
+/// the directory "locales" below the working directory, and tells the C library
+/// to look there. Returns its name; fails the test when it cannot be made.
 inline const char* latin_1_locale() {
   static const char name[] = "de_DE.ISO-8859-1";
   std::filesystem::create_directory("locales");

@@ -1,4 +1,4 @@
-// Rights that a test gives up, for whoever runs the tests may read everything.
+// Permissions that a test gives up, because an administrator may read anything.
 
 #pragma once
 
@@ -33,7 +33,7 @@ class AsOrdinaryUser {
   bool changed = false;
 };
 
-/// Takes back for an action what AsOrdinaryUser gave up.
+/// Runs an action with the rights that AsOrdinaryUser gave up.
 inline void as_administrator(const std::function<void()>& action) {
   const uid_t user = geteuid();
   if (seteuid(getuid()) != 0) abort();

@@ -1,4 +1,4 @@
-// The ground of the tests that write pages: a scratch folder with the output
+// The fixture of the tests that write pages: a scratch folder with the output
 // directory "HTML" in it, a known time stamp and an empty registry.
 
 #pragma once

@@ -5,7 +5,7 @@
 
 static const std::string page_end = "</body>\n</html>\n";
 
-// Read at the start, for a test may give up the right to read it.
+// Read at the start, because a test may give up the permission to read it.
 static const std::string head = [] {
   std::ifstream file(ZELKOR_PAGE_HEAD, std::ios::binary);
   return std::string(std::istreambuf_iterator<char>(file), {});

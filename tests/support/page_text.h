@@ -1,5 +1,4 @@
-// The fixed texts of the pages, put together here from what the pages promise
-// and not from the code that writes them.
+// The fixed texts of the pages, written without the code under test.
 
 #pragma once
 
@@ -26,13 +25,13 @@ const std::string& page_head();
 /// The end of every page of a run, from the rule on.
 std::string page_tail(std::time_t time_stamp);
 
-/// Whether a file is there and is a page with its head and its end.
+/// Whether a file exists and is a page with its head and its end.
 bool is_whole_page(const std::string& path);
 
 /// A whole source page.
 ///
 ///   title    the last component of the source's path
-///   content  what stands between "<pre>" and "</pre>"
+///   content  the text between "<pre>" and "</pre>"
 std::string source_page(const std::string& title, const std::string& content,
                         std::time_t time_stamp);
 

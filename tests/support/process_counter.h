@@ -7,8 +7,8 @@
 #include <fstream>
 #include <string>
 
-/// A number that Linux keeps of this process: the one behind `name` in
-/// /proc/self/`file`. One that is not there fails the test.
+/// A number that Linux counts for this process: the one after `name` in
+/// /proc/self/`file`. The test fails if it is missing.
 inline long process_counter(const std::string& file, const std::string& name) {
   std::ifstream counters("/proc/self/" + file);
   std::string word;

@@ -24,7 +24,7 @@ void xdotool(std::vector<std::string> words) {
   std::fclose(errors);
 }
 
-// A window may go away while it is asked for something.
+// A window may disappear before the server handles a request for it.
 class ErrorsIgnored {
  public:
   ErrorsIgnored() = default;
@@ -63,8 +63,8 @@ bool ProgramWindow::wait_for(Program& program) {
   return drawn;
 }
 
-// The server gives the number of a window that is gone to a new one, so numbers
-// do not tell old windows; the order of the server's reports does.
+// The server reuses the numbers of windows, so a number does not identify an
+// old window. The order of the server's events does.
 void ProgramWindow::pass_over_present() { XSync(connection, True); }
 
 bool ProgramWindow::find() {

@@ -3,36 +3,33 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "tests/support/program.h"
 
 struct _XDisplay;  // NOLINT(bugprone-reserved-identifier): Xlib's name
 
-/// The first window with a name that comes on the display that DISPLAY names.
-/// Mouse and keys are those of xdotool.
+/// The first window with a name that appears on the display in DISPLAY. xdotool
+/// moves the mouse and presses keys.
 class ProgramWindow {
  public:
-  /// Connects to the display. Passes over the windows that are there.
+  /// Connects to the display. Ignores the windows that are there.
   ProgramWindow();
   ~ProgramWindow();
   ProgramWindow(const ProgramWindow&) = delete;
   ProgramWindow& operator=(const ProgramWindow&) = delete;
 
-  /// Passes over the windows that have come meanwhile: that of a program that
-  /// has ended may still be there. To be called before a further program
-  /// starts.
+  /// Ignores the windows that have appeared so far, such as that of a program
+  /// that has ended. Call it before another program starts.
   void pass_over_present();
 
-  /// Waits until the window of a program is drawn; what the mouse and the keys
-  /// do before that may get lost. Returns whether it came to that before the
-  /// program ended.
+  /// Waits until the window of a program is drawn; mouse and key events before
+  /// that may get lost. Returns false if the program ends first.
   bool wait_for(Program& program);
 
-  /// Its title, once it has been waited for.
+  /// Its title, after wait_for().
   const std::string& title() const { return text; }
 
-  /// Its number on the display, likewise.
+  /// Its number on the display, after wait_for().
   unsigned long id() const { return window; }
 
   /// Whether it shows anything but one colour.
@@ -44,17 +41,16 @@ class ProgramWindow {
   /// Types a text into the field of the output directory.
   void name_output_directory(const std::string& name);
 
-  /// Clicks at Generate HTML.
+  /// Clicks Generate HTML.
   void press_generate();
 
-  /// Presses a key with the mouse where no widget is.
+  /// Presses a key while the mouse is over no widget.
   void press_key_over_window(const std::string& name);
 
   /// Asks it to close, as a window manager does.
   void close();
 
-  /// Leaves the display, which may go away then; nothing else can be done
-  /// afterwards.
+  /// Closes the connection to the display. Nothing else may be called then.
   void disconnect();
 
  private:
@@ -65,8 +61,7 @@ class ProgramWindow {
   std::string text;
 };
 
-/// A window manager that puts no window on the screen, so that the X server
-/// asks for no drawing.
+/// A window manager that shows no window, so the X server requests no drawing.
 class WindowsKeptOffTheScreen {
  public:
   WindowsKeptOffTheScreen();
@@ -74,7 +69,7 @@ class WindowsKeptOffTheScreen {
   WindowsKeptOffTheScreen(const WindowsKeptOffTheScreen&) = delete;
   WindowsKeptOffTheScreen& operator=(const WindowsKeptOffTheScreen&) = delete;
 
-  /// Waits for the next window that wants to be shown, and asks it to close.
+  /// Waits for the next request to show a window, and asks it to close.
   void close_next() const;
 
  private:

@@ -24,7 +24,7 @@ static std::string colour(unsigned long pixel) {
   return text.str();
 }
 
-// Writes a picture as PPM. Returns the file's path, or that there is none.
+// Writes a picture as PPM. Returns the path, or a message if that fails.
 static std::string keep(const Pixels& picture, const std::string& role) {
   const testing::TestInfo& test =
       *testing::UnitTest::GetInstance()->current_test_info();

@@ -1,4 +1,4 @@
-// What is on a screen, as tests compare it.
+// Pictures of a screen, and their comparison.
 
 #pragma once
 
@@ -20,11 +20,11 @@ struct Pixels {
 };
 
 /// For EXPECT_PRED_FORMAT2: passes when two pictures are the same. Otherwise
-/// tells the first pixel that differs, and keeps both pictures beside the test
-/// program, named after the test.
+/// reports the first pixel that differs, and keeps both pictures beside the
+/// test program, named after the test.
 testing::AssertionResult same_picture(const char*, const char*,
                                       const Pixels& expected,
                                       const Pixels& actual);
 
-/// For failures that say nothing of their own.
+/// Prints the size of a picture in the message of a failed test.
 void PrintTo(const Pixels& picture, std::ostream* text);

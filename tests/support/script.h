@@ -16,18 +16,18 @@ inline std::string write_script(const std::string& path,
   return std::filesystem::absolute(path);
 }
 
-/// A path as one word of a shell command, whatever blanks are in it.
+/// A path as one word of a shell command, even if it contains blanks.
 inline std::string quoted(const std::string& path) { return "'" + path + "'"; }
 
-/// The words into which a shell splits a text that is not quoted, each with a
-/// line end.
+/// The words into which a shell splits a text without quotes, each followed by
+/// a line end.
 inline std::string words_of(std::string text) {
   std::replace(text.begin(), text.end(), ' ', '\n');
   return text + "\n";
 }
 
-/// Writes a browser that does nothing but note the words it is given, each in a
-/// line of the file "words" beside it. Returns the command that starts it.
+/// Writes a browser that only writes its arguments to the file "words" beside
+/// it, one in a line. Returns the command that starts it.
 inline std::string write_browser(const std::string& path = "browser") {
   const std::string words =
       std::filesystem::absolute(path).parent_path() / "words";

@@ -13,8 +13,8 @@
 #include <thread>
 
 // Becomes the server; it writes its display's number to a descriptor. It does
-// not reset itself when its last client leaves: a client that comes at that
-// moment would be turned away.
+// not reset itself when its last client leaves: a client that connects at that
+// moment would be rejected.
 [[noreturn]] static void run_server(int number_pipe) {
   prctl(PR_SET_PDEATHSIG, SIGTERM);
   const int nowhere = open("/dev/null", O_RDWR);
@@ -37,7 +37,7 @@ VirtualDisplay::VirtualDisplay() {
   }
   close(number_pipe[1]);
 
-  // The number and a line end come when the server is ready, or nothing does.
+  // The server writes a line when it is ready, or nothing if it does not start.
   std::string number;
   char c = '\0';
   while (read(number_pipe[0], &c, 1) == 1 && c != '\n') number += c;

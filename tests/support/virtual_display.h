@@ -1,4 +1,4 @@
-// An X server of the tests' own.
+// An X server for tests.
 
 #pragma once
 

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A server of the test's own is found before the real one.
+// A server that the test writes is found before the real one.
 class VirtualDisplays : public testing::Test {
  protected:
   VirtualDisplays() {
@@ -31,7 +31,7 @@ class VirtualDisplays : public testing::Test {
   EnvironmentGuard display_name{"DISPLAY"};
 };
 
-TEST_F(VirtualDisplays, EndThoughTheServerMissesTheFirstSignal) {
+TEST_F(VirtualDisplays, EndEvenIfTheServerMissesTheFirstSignal) {
   write_script(
       "Xvfb",
       "trap 'echo >>signals; [ $(wc -l <signals) -lt 2 ] || exit' TERM\n"
@@ -44,7 +44,7 @@ TEST_F(VirtualDisplays, EndThoughTheServerMissesTheFirstSignal) {
   EXPECT_EQ(content_of("signals"), "\n\n");
 }
 
-TEST_F(VirtualDisplays, ThatDoNotStartAreReported) {
+TEST_F(VirtualDisplays, ReportAServerThatDoesNotStart) {
   write_script("Xvfb", "exit 1\n");
   EXPECT_THROW(VirtualDisplay(), std::runtime_error);
 }

@@ -1,4 +1,4 @@
-// Waiting for what other processes do.
+// Waiting for other processes.
 
 #pragma once
 
@@ -6,7 +6,7 @@
 #include <functional>
 #include <thread>
 
-/// Asks again and again until a condition holds. Returns whether it did within
+/// Repeats a condition until it is true. Returns whether it became true within
 /// half a minute.
 inline bool wait_until(const std::function<bool()>& condition) {
   const auto deadline =

@@ -27,7 +27,7 @@ class Mutations(unittest.TestCase):
             ("++x;", ["--x;", ";"]),
         ])
 
-    def test_brackets_signs_and_arrows_are_no_operators(self):
+    def test_brackets_signs_and_arrows_are_not_operators(self):
         self.check([
             ("std::vector<int> x;", []),
             ("auto x = -y;", []),
@@ -86,14 +86,14 @@ class Mutations(unittest.TestCase):
 class MutantsOfAFile(unittest.TestCase):
     TEXT = "/* a < b\n   c < d */\nint x = a < b;\n\nint y;\nint x = a < b;\n"
 
-    def test_are_one_for_each_line_that_can_have_one(self):
+    def test_exist_once_for_each_line_that_can_be_mutated(self):
         self.assertEqual(
             [("a.cpp", 3, "int x = a < b;", "int x = a <= b;"),
              ("a.cpp", 6, "int x = a < b;", "int x = a <= b;")],
             [(m.file, m.line, m.before, m.after)
              for _, m in mutants_of("a.cpp", self.TEXT, 1)])
 
-    def test_take_no_comment_for_the_line_before(self):
+    def test_do_not_treat_a_comment_as_the_line_before(self):
         self.assertEqual(
             [(1, ";"), (3, ";")],
             [(m.line, m.after)
