@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "tests/support/file_list.h"
-#include "tests/support/registered.h"
 #include "tests/support/settings_guard.h"
 
 using namespace std::string_literals;

@@ -3,7 +3,6 @@
 // lists the first file a second time.
 
 #include <cstdio>
-#include <cstdlib>
 
 #include "driver/settings.h"
 #include "tests/fuzz/scratch.h"

@@ -10,8 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "analysis/declaration.h"
 #include "analysis/keywords.h"
-#include "analysis/name_index.h"
 #include "analysis/words.h"
 #include "driver/settings.h"
 #include "tests/support/capture.h"

@@ -1,7 +1,6 @@
 #include "tests/properties/properties.h"
 
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <optional>
 

@@ -14,7 +14,6 @@
 #include <clocale>
 #include <functional>
 
-#include "driver/settings.h"
 #include "tests/properties/random_tree.h"
 #include "tests/support/alone.h"
 #include "tests/support/environment.h"
