@@ -170,6 +170,7 @@ TEST(PageNames, StayValidUntilTheNextCallOfTheSameOperation) {
   EXPECT_STREQ("a1751050.html#line3", xref);
   EXPECT_STREQ("HTML/a1751050.html", name);
   EXPECT_STREQ("a1530023.html", ref);
+  EXPECT_STREQ("a1530023.html#line42", HTML_XREF(Calling{files.slot(1), 42}));
 }
 
 }  // namespace
