@@ -65,7 +65,7 @@ TEST_F(Sources, HaveNoPageWhenRemovedAfterTheDeclarationPass) {
   EXPECT_NE(std::string::npos, index().find("\n<LI> " + solve_link));
 }
 
-TEST_F(Sources, RemainCallersWhenRemovedAfterTheCallPass) {
+TEST_F(Sources, RemainCallersWhenRemovedAfterTheReferencePass) {
   after_report(4, [] { fs::remove("a.f90"); });
   expect_whole_run();
   EXPECT_FALSE(fs::exists("HTML/" + page_a));
