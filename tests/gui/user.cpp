@@ -2,7 +2,6 @@
 
 #include <FL/Fl.H>
 #include <FL/Fl_Button.H>
-#include <FL/x.H>
 
 #include <unistd.h>
 
@@ -10,6 +9,9 @@
 #include <utility>
 
 #include "tests/gui/main_window_fixture.h"
+
+// Xlib's macros would spoil the headers above if it came first.
+#include <FL/x.H>
 
 namespace {
 
