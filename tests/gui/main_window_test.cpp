@@ -262,7 +262,6 @@ TEST_F(MainWindow, ControlsThatNeedAnExplanationHaveTooltips) {
 // --- Highlighting controls ---
 
 const std::uint32_t levels[] = {8192, 1024, 2048, 4096};  // in menu order
-const std::uint32_t level_mask = 15360;
 
 // The set of levels whose places in `levels` are the bits of a number.
 std::uint32_t level_set(unsigned places) {
