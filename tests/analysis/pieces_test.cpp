@@ -130,6 +130,18 @@ TEST_F(PiecesTest, ContinueAcrossTheEndsOfBlocks) {
       }
 }
 
+// Each block leaves another number of characters for the next one.
+TEST_F(PiecesTest, ContinueAcrossManyBlocks) {
+  for (const std::size_t line : {1u, 7u, 1024u, 4097u, 50000u}) {
+    std::string content;
+    while (content.size() < 5 * block)
+      content += std::string(line, static_cast<char>('a' + content.size() % 26))
+                     .append("\n");
+    expect_those_of_fgets(content);
+    if (HasFailure()) FAIL() << "lines of " << line;
+  }
+}
+
 TEST_F(PiecesTest, AreNotOpenIfTheFileCannotBeOpened) {
   write_file("a.f90", "end\n");
   for (const char* path : {"missing.f90", "missing/a.f90", "a.f90/b.f90", ""})
