@@ -103,10 +103,13 @@ class Copy:
         with tempfile.TemporaryDirectory(
                 prefix="mutant-", ignore_cleanup_errors=True) as home:
             os.chmod(home, 0o1777)  # some tests become another user
+            ctest = [*LIMITS, "ctest", "--test-dir", BUILD / "tests" / folder]
+            # Lists the tests. CTest keeps the list, which must not be filtered.
+            run([*ctest, "-N"], MAX_SECONDS)
             passed, output = run(
-                [*LIMITS, "ctest", "--test-dir", BUILD / "tests" / folder,
-                 self.jobs, "--stop-on-failure", "--repeat", "until-pass:2",
-                 "--output-on-failure", "-R", tests, "-E", UNSTEADY],
+                [*ctest, self.jobs, "--stop-on-failure", "--no-tests=error",
+                 "--repeat", "until-pass:2", "--output-on-failure",
+                 "-R", tests, "-E", UNSTEADY],
                 MAX_SECONDS, HOME=home, TMPDIR=home, GTEST_FAIL_FAST="1",
                 GTEST_FILTER=f"{chosen}-{TOO_LARGE}")
         names = (re.findall(r"\[  FAILED  \] ([^\s,]+\.[^\s,]+)", output)
