@@ -89,6 +89,14 @@ TEST(Dialog, ContainsWorkAreaSeparatorAndButtonRow) {
   }
 }
 
+TEST(Dialog, PlacesItsPartsByItsSize) {
+  const Fl_Dialog dialog(0, 0, 100, 60, "");
+  EXPECT_EQ((Place{0, 0, 100, 0}), place_of(*dialog.work_area()));
+  EXPECT_EQ((Place{10, 10, 80, 4}), place_of(*dialog.child(1)));
+  EXPECT_EQ((Place{15, 20, 70, 25}), place_of(*dialog.button_row()));
+  EXPECT_EQ((Place{25, 25, 60, 25}), place_of(*dialog.button_row()->child(2)));
+}
+
 static_assert(std::is_base_of_v<Fl_Window, Fl_Dialog>);
 static_assert(std::has_virtual_destructor_v<Fl_Dialog>);
 

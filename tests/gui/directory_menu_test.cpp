@@ -53,11 +53,12 @@ TEST_F(DirMenu, NamesTheDirectoryAndItsParents) {
 }
 
 TEST_F(DirMenu, KeepsSpecialCharactersInItems) {
-  const char* names[] = {"_hidden", "__init__", "_",    "a\\b",  "\\",
-                         "\\_x",    "_\\",      "a\\",  "R&D",   "&",
-                         "me@home", "@b",       "a|b",  "a\tb",  "100%",
-                         " ",       "a b",      "\xe9", "x\\\\", "_&@|\\_"};
-  for (const std::string name : names) {
+  const std::string longest(255, '\\');
+  const std::string names[] = {
+      longest, "_hidden", "__init__", "_",   "a\\b",    "\\",    "\\_x",
+      "_\\",   "a\\",     "R&D",      "&",   "me@home", "@b",    "a|b",
+      "a\tb",  "100%",    " ",        "a b", "\xe9",    "x\\\\", "_&@|\\_"};
+  for (const std::string& name : names) {
     const std::string path = "/top/" + name + "/last";
     dir_menu(&menu, path.c_str());
     EXPECT_EQ((Texts{name, "top"}), items_of(menu));

@@ -229,6 +229,16 @@ TEST_F(WaitingChange, HappensOnceBeforeFilesAreAdded) {
   EXPECT_EQ(path_of("here"), directory());
 }
 
+TEST_F(WaitingChange, HappensWhenFilesAreRemovedFirst) {
+  ui.selected_files->add(path_of("here/d1/x1").c_str());
+  ui.selected_files->select(1);
+  ask_for_d1();
+  click(*ui.remove_button);
+  EXPECT_EQ(Texts{}, selected());
+  Fl::check();
+  expect_in_d1();
+}
+
 TEST_F(WaitingChange, IsDiscardedWhenAParentIsChosen) {
   ask_for_d1();
   pick(folder.path().filename());

@@ -86,6 +86,11 @@ Look plain(int x, int y, int w, int h, const Look& settings) {
   return with(look_of(widget), settings);
 }
 
+std::string notice() {
+  const std::string date = build_date();
+  return "F1: handbook. Copyright (C) Qumbra " + date.substr(date.size() - 4);
+}
+
 using MainWindow = MainWindowTest;
 
 TEST_F(MainWindow, CreatesItsWidgetsInOrderWithTheirSettings) {
@@ -104,6 +109,8 @@ TEST_F(MainWindow, CreatesItsWidgetsInOrderWithTheirSettings) {
                      {"selection_color", 175},
                      {"labelfont", 1},
                      {"align", 5}};
+  const std::string label_of_notice = notice();
+  const std::string listed = folder.path().filename().string() + "/";
   // clang-format off
   const struct {
     const char* label;
@@ -116,7 +123,7 @@ TEST_F(MainWindow, CreatesItsWidgetsInOrderWithTheirSettings) {
         {{"type", FL_HOR_FILL_SLIDER}, {"box", FL_ENGRAVED_BOX}, {"color", 52},
          {"selection_color", 176}, {"labelfont", 10}, {"align", 8},
          {"when", FL_WHEN_NOT_CHANGED}, {"active", 0}})},
-    {ui.status_box->label(), ui.status_box, plain<Fl_Box>(105, 337, 414, 20,
+    {label_of_notice.c_str(), ui.status_box, plain<Fl_Box>(105, 337, 414, 20,
         {{"box", FL_ENGRAVED_BOX}, {"color", 52}, {"labelfont", 10},
          {"align", 84}, {"labeltype", status_label()}})},
     {"Selected Files", ui.selected_files,
@@ -126,7 +133,7 @@ TEST_F(MainWindow, CreatesItsWidgetsInOrderWithTheirSettings) {
      plain<Fl_Multi_Browser>(310, 115, 210, 215,
         with(list, {{"when", FL_WHEN_CHANGED}, {"user_data", ours},
                     {"callback", number_of(change_dir_click_cb)}}))},
-    {ui.dir_menu_button->label(), ui.dir_menu_button,
+    {listed.c_str(), ui.dir_menu_button,
      plain<Fl_Menu_Button>(310, 95, 210, 19,
         {{"color", 52}, {"selection_color", 175}, {"labelfont", 1},
          {"labeltype", literal_label()}, {"user_data", ours},
@@ -166,6 +173,8 @@ TEST_F(MainWindow, CreatesItsWidgetsInOrderWithTheirSettings) {
     EXPECT_TRUE(rows[i].field == nullptr || rows[i].field == widgets[i]);
   }
   EXPECT_EQ(window.get(), ui.generate_button->parent());
+  EXPECT_EQ(ui.current_directory + directory().size() - listed.size(),
+            ui.dir_menu_button->label());
 }
 
 TEST_F(MainWindow, KeepsItsFieldsInOrder) {
@@ -200,13 +209,10 @@ TEST_F(MainWindow, SetsItsTitleClassAndInitialValues) {
 
 TEST_F(MainWindow, BuildsItsNoticeOnceWithTheYearOfTheBuild) {
   build();
-  const char* notice = ui.status_box->label();
-  const std::string date = build_date();
-  EXPECT_EQ(
-      "F1: handbook. Copyright (C) Qumbra " + date.substr(date.size() - 4),
-      notice);
+  const char* label = ui.status_box->label();
+  EXPECT_EQ(notice(), label);
   build();
-  EXPECT_EQ(notice, ui.status_box->label());
+  EXPECT_EQ(label, ui.status_box->label());
 }
 
 TEST_F(MainWindow, OpensInADirectoryThatCannotBeListed) {
