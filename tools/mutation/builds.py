@@ -40,7 +40,7 @@ TOO_LARGE = "Files.ExistWhenTheirSizeNeedsMoreThan32Bits"
 # each process. Hides the user's display and browser from it.
 LIMITS = ["env", "-u", "DISPLAY", "-u", "BROWSER", "-u", "QUMBRA_HOME",
           "prlimit", f"--as={4 << 30}", f"--fsize={1 << 30}", "--cpu=30"]
-MAX_SECONDS = 600  # for the tests of a folder
+MAX_SECONDS = 180  # for the tests of a folder, which take far less
 
 
 def run(command, timeout=None, **environment):
