@@ -33,7 +33,6 @@ void PendingChange::make_waiting(void* self) {
 
 void PendingChange::finish() {
   const std::function<void()> change = std::exchange(waiting, nullptr);
-  drop();
   if (change) change();
 }
 

@@ -268,6 +268,11 @@ TEST_F(StartedBrowser, InheritsOnlyTheStandardStreams) {
   EXPECT_EQ("0\n1\n2\n3\n", printed_in_browser("ls /proc/self/fd", {}));
 }
 
+TEST_F(StartedBrowser, InheritsTheChoiceOfX11) {
+  EXPECT_EQ("x11\n",
+            printed_in_browser("echo $FLTK_BACKEND", {"-u", "FLTK_BACKEND"}));
+}
+
 // Bit n - 1 is the signal n. The shell ignores SIGINT and SIGQUIT for
 // what it runs in the background.
 TEST_F(StartedBrowser, IgnoresTheSignalsThatTheProgramIgnoredAtStart) {

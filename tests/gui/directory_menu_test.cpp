@@ -44,7 +44,9 @@ TEST_F(DirMenu, NamesTheDirectoryAndItsParents) {
   };
   for (const auto& c : cases) {
     const std::string path = c.path;
+    menu.clear_damage();
     dir_menu(&menu, path.c_str());
+    EXPECT_NE(0, menu.damage());
     const std::string label = c.label;
     EXPECT_EQ(path.c_str() + path.size() - label.size(), menu.label()) << path;
     EXPECT_STREQ(c.label, menu.label()) << c.path;
