@@ -32,8 +32,8 @@ class Callers {
   /// records until now.
   bool insert(const Calling& reference);
 
-  /// Adds a reference to this set and to all sets that share its records, which
-  /// start_anew() or share() has made.
+  /// Adds a reference to this set and to all sets that share its records. Call
+  /// it only after start_anew() or share().
   void insert_in_all(const Calling& reference);
 
   /// Sorts the references now, not when the set is next read.

@@ -38,7 +38,7 @@ Syntax* isSyntax(const char* text) {
 }
 
 // Each entry goes to the front of its list, so the lists are in reverse order.
-// "end", "call", "use" and "contains" are left out deliberately.
+// Deliberate: "end", "call", "use" and "contains" are left out.
 // clang-format off
 static Marker marker6(DT_TYPE,       "TYPE");
 static Marker marker5(DT_INTERFACE,  "INTERFACE");

@@ -98,12 +98,13 @@ class NameIndex {
   std::size_t size = 0;  // of the registry
 };
 
-/// Looks a word up in the registry, without regard to case.
+/// Looks a word up in the registry, without regard to case. Part of the
+/// interface; the passes use NameIndex.
 ///
 ///   file, line  where the word is
 ///   self        out: the definition index of the unit of this name that this
-///               line of this file declares; 0 if there is none, and the word
-///               is a reference
+///               line of this file declares; 0 if it declares none. Then the
+///               word is a reference if count is above 0
 ///   count       out: the number of units of this name
 ///
 /// Returns the first unit of this name, or the registry's end.

@@ -84,7 +84,7 @@ class ramFILE_imp final : public ramFILE {
 /// file->fgets(buffer, size): a length, not a pointer as with a stream.
 int fgets(char* buffer, int size, ramFILE* file);
 
-/// Does nothing, deliberately: a handle stays usable until its owner deletes
+/// Deliberate: does nothing. A handle stays usable until its owner deletes
 /// it. It exists so that a handle is used like a stream.
 void fclose(ramFILE* file);
 

@@ -24,7 +24,7 @@ void init_statics() {
 }
 
 // Deliberate: the fractions count the files before the one just finished, so
-// the bar lags one file behind and jumps to its end with the last message.
+// the bar lags one file behind and jumps to its end after the last page.
 void gen_html(int count, char** files) {
   init_statics();
   for (int i = 0; i < count; ++i) {

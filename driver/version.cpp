@@ -1,6 +1,6 @@
-// The first number of a version counts the years from 2007, the second the
-// thirds of a year from 0 (four months each), the third the days of a third, as
-// if each month had 32. So a later date has a higher version.
+// A version has three numbers: the years since 2007, the third of the year (0
+// to 2, four months each), and the day of this third, as if each month had 32
+// days. So a later date has a higher version.
 
 #include "driver/version.h"
 

@@ -57,7 +57,7 @@ void change_dir_menu_cb(Fl_Menu_* menu, void* ui);
 /// clicked directory is entered, unless other lines are selected, too: then it
 /// is deselected, and a message says so.
 ///
-/// While the toolkit reads the list it cannot be refilled. The directory is
-/// entered after the event then (see PendingChange), but before "<<<" adds
-/// files. A parent directory chosen in the meantime is entered instead.
+/// The list must not be refilled while the toolkit still reads it. Then the
+/// directory is entered after the event (see PendingChange), but before "<<<"
+/// adds files. A parent directory chosen before that is entered instead.
 void change_dir_click_cb(Fl_Multi_Browser* list, void* ui);

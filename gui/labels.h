@@ -16,6 +16,6 @@ Fl_Labeltype literal_label();
 
 /// The label type of the status line: the literal text in one line, clipped to
 /// its box. If the font is taller than the space inside the border, the text is
-/// drawn one pixel higher than by the toolkit. Otherwise a 14-point font would
-/// lose its underscores in a box of 20 pixels.
+/// drawn one pixel higher than by the toolkit. Without that, a 14-point font
+/// would lose its underscores in a box of 20 pixels.
 Fl_Labeltype status_label();

@@ -56,7 +56,7 @@ static void show_about() {
            about_parent);
 }
 
-// Not while a modal dialog is open: it would block the help.
+// Does nothing while a modal dialog is open, which would block the help.
 static int help_key_handler(int event) {
   if (event != FL_SHORTCUT || Fl::event_key() != FL_F + 1) return 0;
   if (Fl::modal() != nullptr) return 0;

@@ -22,8 +22,8 @@ std::string find_file(const std::string& file, const char* variable);
 /// Turns backslashes into slashes, then removes one trailing "/".
 void fix_path(std::string& path);
 
-/// The size of a file or directory. 0 when there is none and also,
-/// deliberately, when it is empty.
+/// The size of a file or directory, 0 when there is none. Deliberate: an empty
+/// file looks as if there were none.
 off_t file_exists(const std::string& path);
 
 /// The path of a program's handbook in the installation directory, whether or

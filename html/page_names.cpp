@@ -30,7 +30,7 @@ struct Page {
   char name_slash = '\0';  // the `slash` that `name` was made with
 };
 
-// Pages are looked up often, and mostly the last one again. The empty path owns
+// Most look-ups ask for the same page as the one before. The empty path owns
 // no number: it gets the first free page, until another path takes that page.
 class Pages {
  public:

@@ -148,7 +148,7 @@ TEST_F(PiecesTest, AreNotOpenIfTheFileCannotBeOpened) {
     EXPECT_FALSE(Pieces(path, 1024).is_open()) << path;
 }
 
-TEST_F(PiecesTest, DoNotExistInADirectory) {
+TEST_F(PiecesTest, AreNoneIfThePathIsADirectory) {
   ASSERT_TRUE(Pieces(".", 1024).is_open());
   EXPECT_EQ(List{}, read(".", 1024));
 }

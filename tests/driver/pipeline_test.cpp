@@ -197,7 +197,7 @@ TEST_F(GenHtmlDeathTest, UnitsOfTheLastRunCanOutliveAllRuns) {
 
 // Both units are on line 1 of the same path, but in two slots. The page of the
 // second slot is written last.
-TEST_F(GenHtml, ProcessesAPathListedTwiceTwiceInEachPass) {
+TEST_F(GenHtml, ProcessesAPathTwiceInEachPassIfItIsListedTwice) {
   write_file("a.f90", "subroutine s\nend subroutine s\n");
   verbose = 1;
   EXPECT_EQ(

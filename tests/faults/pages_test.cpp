@@ -26,7 +26,7 @@ class Pages : public EngineRun {
 
 using PagesDeathTest = Pages;
 
-TEST_F(PagesDeathTest, AreNotReportedWhenTheyCannotBeCreated) {
+TEST_F(PagesDeathTest, AbortTheRunWithoutAReportWhenTheyCannotBeCreated) {
   verbose = 1;
   fs::create_directory("HTML/" + page_b);
   EXPECT_EQ(

@@ -41,8 +41,8 @@ int width_to(const std::string& text, std::size_t end) {
   return static_cast<int>(width);
 }
 
-// Deliberate: even at a line end the line ends before its last word, which then
-// takes room on the next line.
+// Deliberate: at a line end, too, the next line is taken to begin before the
+// last word. So that word also takes room on the next line.
 TEST(EstNumLines, CountsLineEndsAndWordsThatOverflow) {
   const int far = -1000;  // so wide that no line breaks
   const struct {

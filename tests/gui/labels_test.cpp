@@ -4,6 +4,7 @@
 #include <FL/Fl_Box.H>
 #include <FL/Fl_Menu_Button.H>
 #include <FL/Fl_Menu_Item.H>
+#include <FL/fl_draw.H>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -29,6 +30,7 @@ class LabelTypes : public MainWindowTest {
 
   // What a widget shows, borders included.
   Pixels picture(Fl_Widget& o) const {
+    fl_font(FL_COURIER, 6);  // as another widget may leave it
     o.redraw();
     Fl::check();
     return shown(*window, o.x(), o.y(), o.w(), o.h());

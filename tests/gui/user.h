@@ -102,8 +102,8 @@ bool is_drawn(Fl_Window& window);
 void close_by_window_manager(Fl_Window& window);
 
 /// Calls an action each time the toolkit waits while a modal window is drawn.
-/// Until then it creates no events, so code that waits for the end of all
-/// events can go on.
+/// It creates no events before a modal window opens, so code that waits until
+/// no events are left can finish.
 class WhenModal {
  public:
   explicit WhenModal(ModalWatcher::Action action);

@@ -17,9 +17,10 @@
 
 #include "tests/support/wait_until.h"
 
-/// A named pipe out of which the thread that made it reads a text and then,
-/// instead of an end, an error: its writer interrupts the read that waits for
-/// more. Whoever reads it must be done before it is destroyed.
+/// A named pipe. The thread that creates it reads a text from the pipe and then
+/// gets a read error instead of the end of the file: the writer interrupts the
+/// read that waits for more. The reader must finish before the object is
+/// destroyed.
 class FailingFile {
  public:
   FailingFile(const char* path, const std::string& text) {
