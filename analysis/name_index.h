@@ -30,7 +30,7 @@ struct Meaning {
 };
 
 /// A hash table of the names in the registry. Most words of a source name no
-/// unit; looking one of them up reads one byte of a small table.
+/// unit; looking one of them up mostly reads one byte of a small table.
 class NameIndex {
  public:
   /// The table for the registry as it is now. It is built again if the registry
@@ -98,8 +98,7 @@ class NameIndex {
   std::size_t size = 0;  // of the registry
 };
 
-/// Looks a word up in the registry, without regard to case. Part of the
-/// interface; the passes use NameIndex.
+/// Looks a word up. Part of the interface; the passes use NameIndex.
 ///
 ///   file, line  where the word is
 ///   self        out: the definition index of the unit of this name that this

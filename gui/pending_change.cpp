@@ -31,6 +31,7 @@ void PendingChange::make_waiting(void* self) {
     pending->finish();
 }
 
+// A timeout that is left over finds no change, and does nothing.
 void PendingChange::finish() {
   const std::function<void()> change = std::exchange(waiting, nullptr);
   if (change) change();
